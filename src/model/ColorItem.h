@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QUuid>
+
+namespace hueshelf {
+
+// One colour of a palette. A plain value record: copied freely, compared narrowly.
+struct ColorItem {
+    QUuid id;
+    QString name;
+    QString hex;
+    bool isAutoNamed = false;
+    bool isLocked = false;
+    bool dividerBefore = false;
+    QString dividerLabel;
+
+    // A colour made now: fresh random id, unlocked, no divider.
+    static ColorItem make(const QString& name, const QString& hex, bool isAutoNamed);
+
+    // Locks and dividers deliberately don't take part: whoever must notice them compares the
+    // palette's content hash instead.
+    friend bool operator==(const ColorItem& a, const ColorItem& b) {
+        return a.id == b.id && a.name == b.name && a.hex == b.hex;
+    }
+};
+
+// Upper-case 8-4-4-4-12 text, the only form in which ids are written anywhere.
+QString uuidText(const QUuid& id);
+
+} // namespace hueshelf

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace hueshelf {
+class Platform {
+public:
+    virtual ~Platform() = default;
+};
+} // namespace hueshelf

@@ -24,11 +24,10 @@ void ManualScheduler::advance(double seconds) {
     const double endMs = m_clock.nowMs() + seconds * 1000.0;
     for (;;) {
         std::erase_if(m_entries, [](const Entry& e) { return e.state->cancelled; });
-        auto next = std::min_element(m_entries.begin(), m_entries.end(),
-                                     [](const Entry& a, const Entry& b) {
-                                         return a.dueMs < b.dueMs ||
-                                                (a.dueMs == b.dueMs && a.sequence < b.sequence);
-                                     });
+        auto next = std::min_element(
+            m_entries.begin(), m_entries.end(), [](const Entry& a, const Entry& b) {
+                return a.dueMs < b.dueMs || (a.dueMs == b.dueMs && a.sequence < b.sequence);
+            });
         if (next == m_entries.end() || next->dueMs > endMs)
             break;
         m_clock.setNowMs(std::max(m_clock.nowMs(), next->dueMs));

@@ -1,0 +1,30 @@
+#include "cli/CommandTable.h"
+
+namespace hueshelf::cli {
+
+// Each command's own file defines its entry. A new command is one more line here plus that
+// file; parsing, help and dispatch come from the entry.
+Command colorCommand();
+Command contrastCommand();
+Command shadesCommand();
+Command helpCommand();
+
+const std::vector<Command>& commandTable() {
+    static const std::vector<Command> table{
+        colorCommand(),
+        contrastCommand(),
+        shadesCommand(),
+        helpCommand(),
+    };
+    return table;
+}
+
+const Command* findCommand(const QString& name) {
+    for (const Command& command : commandTable()) {
+        if (command.name == name)
+            return &command;
+    }
+    return nullptr;
+}
+
+} // namespace hueshelf::cli

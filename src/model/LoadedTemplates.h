@@ -1,0 +1,22 @@
+#pragma once
+
+#include "model/ColorTemplate.h"
+#include "model/ShadowTemplateState.h"
+
+#include <QList>
+#include <QMap>
+#include <QUuid>
+
+namespace hueshelf {
+
+// What the store starts from: the outcome of the load at start-up (or, before a loader
+// exists, the first-launch palettes).
+struct LoadedTemplates {
+    QList<ColorTemplate> templates;
+    QUuid activeTemplateId;
+    // "colorLastModified" of the file that was read; 0 when there was none.
+    double baselineStamp = 0.0;
+    QMap<QUuid, ShadowTemplateState> shadowState;
+};
+
+} // namespace hueshelf

@@ -1,0 +1,148 @@
+#include "app/FloatingWindow.h"
+
+#include "app/BarModel.h"
+#include "app/CompactColorSwatch.h"
+#include "app/MenuFiller.h"
+
+#include <QContextMenuEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace hueshelf::app {
+
+namespace {
+
+constexpr qreal kChromeRadius = 10.0;
+constexpr int kSwatchGap = 6;
+// Longer palette names are cut so the bar keeps its shape; the tooltip has the whole name.
+constexpr int kNameMaxWidth = 160;
+
+QPainterPath chromePath(const QRectF& rect) {
+    QPainterPath path;
+    path.addRoundedRect(rect, kChromeRadius, kChromeRadius);
+    return path;
+}
+
+} // namespace
+
+FloatingWindow::FloatingWindow(BarModel& model, QWidget* parent)
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                          Qt::WindowDoesNotAcceptFocus),
+      m_model(model) {
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    // The bar is never the active window, and Qt keeps tooltips to active ones unless told.
+    setAttribute(Qt::WA_AlwaysShowToolTips);
+    setFocusPolicy(Qt::NoFocus);
+    setWindowTitle(QStringLiteral("HueShelf"));
+
+    auto* row = new QHBoxLayout(this);
+    row->setSizeConstraint(QLayout::SetFixedSize);
+    row->setContentsMargins(12, 8, 10, 8);
+    row->setSpacing(10);
+
+    m_nameLabel = new QLabel(this);
+    QFont font = m_nameLabel->font();
+    font.setWeight(QFont::Medium);
+    m_nameLabel->setFont(font);
+    m_nameLabel->setForegroundRole(QPalette::PlaceholderText);
+    row->addWidget(m_nameLabel);
+
+    m_swatchRow = new QHBoxLayout();
+    m_swatchRow->setSpacing(kSwatchGap);
+    row->addLayout(m_swatchRow);
+
+    connect(&m_model, &BarModel::changed, this, &FloatingWindow::rebuild);
+    rebuild();
+}
+
+QString FloatingWindow::shownPaletteName() const {
+    return m_nameLabel->text();
+}
+
+void FloatingWindow::rebuild() {
+    const QString name = m_model.paletteName();
+    const QString shown =
+        m_nameLabel->fontMetrics().elidedText(name, Qt::ElideRight, kNameMaxWidth);
+    m_nameLabel->setText(shown);
+    m_nameLabel->setToolTip(shown == name ? QString() : name);
+
+    // A click may be on its way through an old swatch, so old ones go once it has passed.
+    for (CompactColorSwatch* old : std::as_const(m_swatches)) {
+        m_swatchRow->removeWidget(old);
+        old->hide();
+        old->deleteLater();
+    }
+    m_swatches.clear();
+
+    const QList<BarSwatch> swatches = m_model.swatches();
+    for (const BarSwatch& swatch : swatches) {
+        auto* widget = new CompactColorSwatch(swatch, this);
+        connect(widget, &CompactColorSwatch::clicked, this,
+                [this, id = swatch.id] { m_model.copyColor(id); });
+        m_swatchRow->addWidget(widget);
+        // Shown now rather than on the next turn of the loop, so the size below counts it.
+        widget->show();
+        m_swatches.append(widget);
+    }
+    layout()->activate();
+}
+
+void FloatingWindow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(palette().color(QPalette::Window));
+    painter.setPen(QPen(palette().color(QPalette::Mid), 1.0));
+    painter.drawPath(chromePath(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5)));
+}
+
+void FloatingWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    // A mask rather than a translucent window: it gives round corners on X servers without a
+    // compositor too, where translucent corners would show black.
+    setMask(QRegion(chromePath(QRectF(rect())).toFillPolygon().toPolygon()));
+}
+
+void FloatingWindow::mousePressEvent(QMouseEvent* event) {
+    // Swatches take their own presses, so what arrives here is on the empty chrome.
+    if (event->button() == Qt::LeftButton) {
+        m_dragOffset = event->globalPosition().toPoint() - frameGeometry().topLeft();
+        event->accept();
+        return;
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void FloatingWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (m_dragOffset && (event->buttons() & Qt::LeftButton)) {
+        move(event->globalPosition().toPoint() - *m_dragOffset);
+        event->accept();
+        return;
+    }
+    QWidget::mouseMoveEvent(event);
+}
+
+void FloatingWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        m_dragOffset.reset();
+    QWidget::mouseReleaseEvent(event);
+}
+
+void FloatingWindow::contextMenuEvent(QContextMenuEvent* event) {
+    if (!m_menuProvider) {
+        event->ignore();
+        return;
+    }
+    // Not exec(): the menu's actions may rebuild this bar, which must not happen inside the
+    // event that opened it.
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    fillMenu(*menu, m_menuProvider());
+    menu->popup(event->globalPos());
+    event->accept();
+}
+
+} // namespace hueshelf::app

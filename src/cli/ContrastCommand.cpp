@@ -11,14 +11,13 @@ namespace hueshelf::cli {
 namespace {
 
 constexpr double defaultTarget = 4.5;
-// Contrast ratios run from 1 (same colour) to 21 (black on white).
-constexpr double lowestRatio = 1.0;
-constexpr double highestRatio = 21.0;
 
+// Any finite ratio is a question with an answer: one above 21 (black on white) is simply never
+// reached, one of 1 or less always is.
 std::optional<double> readTarget(const QString& text) {
     bool ok = false;
     const double target = text.trimmed().toDouble(&ok);
-    if (!ok || !std::isfinite(target) || target < lowestRatio || target > highestRatio)
+    if (!ok || !std::isfinite(target))
         return std::nullopt;
     return target;
 }
@@ -34,8 +33,8 @@ int runContrast(Invocation& call) {
         const QString text = call.arguments().value(u"target"_s);
         const std::optional<double> read = readTarget(text);
         if (!read) {
-            return call.usageError(u"--target needs a contrast ratio from 1 to 21, not \""_s +
-                                   text + u'"');
+            return call.usageError(u"--target needs a contrast ratio such as 4.5, not \""_s + text +
+                                   u'"');
         }
         target = *read;
     }
@@ -107,7 +106,7 @@ Command contrastCommand() {
             .shortName = {},
             .arity = OptionArity::value,
             .valueName = u"RATIO"_s,
-            .help = u"Contrast ratio the adjusted foreground must reach, 1 to 21 (default 4.5)"_s,
+            .help = u"Contrast ratio the adjusted foreground must reach (default 4.5)"_s,
         }},
         .minPositionals = 2,
         .maxPositionals = 2,

@@ -72,6 +72,8 @@ QString hslToHex(double h, double s, double l);
 std::optional<double> relativeLuminance(const QString& hex);
 double contrastRatio(double luminance1, double luminance2);
 ContrastLevel contrastLevel(const QString& hex1, const QString& hex2);
+// The level a ratio earns: 4.5 or more readable, 3.0 or more low contrast, below that poor.
+ContrastLevel contrastLevelForRatio(double ratio);
 QString badgeText(ContrastLevel level);
 QString inlineWord(ContrastLevel level);
 DisplayColor badgeColor(ContrastLevel level);

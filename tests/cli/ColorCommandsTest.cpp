@@ -210,22 +210,39 @@ TEST(ContrastCommand, UnreadableColorsFailWithOneLine) {
     EXPECT_EQ(both.err, u"Not a color code: \"black\", \"white\"\n"_s);
 }
 
-TEST(ContrastCommand, BadTargetsAreUsageErrors) {
-    for (const QString& target :
-         {u"abc"_s, u"0.5"_s, u"21.5"_s, u"-3"_s, u"nan"_s, u"inf"_s, u""_s, u"4.5:1"_s}) {
+TEST(ContrastCommand, OnlyTextThatIsNoFiniteNumberIsABadTarget) {
+    for (const QString& target : {u"abc"_s, u"nan"_s, u"inf"_s, u""_s, u"4.5:1"_s}) {
         const CliOutcome outcome =
             runCli({u"contrast"_s, u"#000000"_s, u"#FFFFFF"_s, u"--target"_s, target});
         EXPECT_EQ(outcome.status, 2) << target.toStdString();
         EXPECT_TRUE(outcome.out.isEmpty());
         EXPECT_TRUE(outcome.err.startsWith(
-            u"hueshelf contrast: --target needs a contrast ratio from 1 to 21, not \""_s + target +
+            u"hueshelf contrast: --target needs a contrast ratio such as 4.5, not \""_s + target +
             u"\"\nUsage: hueshelf contrast "_s))
             << outcome.err.toStdString();
     }
-    for (const QString& target : {u"1"_s, u"21"_s, u"3"_s, u" 7 "_s})
-        EXPECT_EQ(runCli({u"contrast"_s, u"#000000"_s, u"#FFFFFF"_s, u"--target"_s, target}).status,
-                  0)
-            << target.toStdString();
+}
+
+TEST(ContrastCommand, TargetsOutsideTheReachableRangeStillAnswer) {
+    struct TargetCase {
+        QString target;
+        QJsonValue adjusted;
+    };
+    // Grey on white: a target of 1 or less is met by the colour's own lightness, one above
+    // black-on-white's 21 by none.
+    const TargetCase cases[] = {
+        {u"0.5"_s, QJsonValue(u"#777777"_s)},
+        {u"-3"_s, QJsonValue(u"#777777"_s)},
+        {u"21.5"_s, QJsonValue(QJsonValue::Null)},
+        {u" 7 "_s, QJsonValue(u"#595959"_s)},
+    };
+    for (const TargetCase& c : cases) {
+        const CliOutcome outcome = runCli(
+            {u"contrast"_s, u"#777777"_s, u"#FFFFFF"_s, u"--target"_s, c.target, u"--json"_s});
+        ASSERT_EQ(outcome.status, 0) << c.target.toStdString();
+        const QJsonObject object = QJsonDocument::fromJson(outcome.out.toUtf8()).object();
+        EXPECT_EQ(object.value(u"adjustedForeground"_s), c.adjusted) << c.target.toStdString();
+    }
 }
 
 TEST(ShadesCommand, LadderOfTheCanonicalCode) {

@@ -52,7 +52,7 @@ ColorStorage::ColorStorage(Clock& clock, Scheduler& scheduler, LoadedTemplates i
     : QObject(parent), m_clock(clock), m_scheduler(scheduler),
       m_templates(std::move(initial.templates)), m_activeTemplateId(initial.activeTemplateId),
       m_shadowState(std::move(initial.shadowState)), m_baselineTemplates(m_templates),
-      m_baselineStamp(initial.baselineStamp) {
+      m_baselineStamp(initial.baselineStamp), m_lastKnownDataHash(initial.dataHash) {
     const double startedAt = m_clock.nowMs();
     for (const ColorTemplate& palette : std::as_const(m_templates))
         m_templateLastModified.insert(palette.id, startedAt);

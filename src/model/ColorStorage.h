@@ -138,8 +138,20 @@ public:
         m_shadowState[id] = state;
     }
 
+    // The list as this store and the file last agreed on, and that agreement's stamp: the base
+    // of every three-way merge.
     const QList<ColorTemplate>& baselineTemplates() const { return m_baselineTemplates; }
     double baselineStamp() const { return m_baselineStamp; }
+    void setBaseline(const QList<ColorTemplate>& templates, double stamp) {
+        m_baselineTemplates = templates;
+        m_baselineStamp = stamp;
+    }
+    void setBaselineStamp(double stamp) { m_baselineStamp = stamp; }
+
+    // Hash of the palette bytes last seen in or written to the file; a file holding these
+    // bytes holds nothing new.
+    qint64 lastKnownDataHash() const { return m_lastKnownDataHash; }
+    void setLastKnownDataHash(qint64 hash) { m_lastKnownDataHash = hash; }
 
 Q_SIGNALS:
     void templatesChanged();
@@ -180,6 +192,7 @@ private:
     QMap<QUuid, ShadowTemplateState> m_shadowState;
     QList<ColorTemplate> m_baselineTemplates;
     double m_baselineStamp = 0.0;
+    qint64 m_lastKnownDataHash = 0;
 
     // Saves begun and not yet finished. Shared with the writer's thread, hence atomic.
     std::atomic<int> _savingCount{0};

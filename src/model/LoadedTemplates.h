@@ -16,6 +16,8 @@ struct LoadedTemplates {
     QUuid activeTemplateId;
     // "colorLastModified" of the file that was read; 0 when there was none.
     double baselineStamp = 0.0;
+    // Hash of the palette bytes that were read (0 for the first-launch palettes).
+    qint64 dataHash = 0;
     QMap<QUuid, ShadowTemplateState> shadowState;
 };
 

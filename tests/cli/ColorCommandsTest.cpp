@@ -210,6 +210,14 @@ TEST(ContrastCommand, UnreadableColorsFailWithOneLine) {
     EXPECT_EQ(both.err, u"Not a color code: \"black\", \"white\"\n"_s);
 }
 
+TEST(ContrastCommand, AnUnreadablePasteIsReportedOnOneLine) {
+    const CliOutcome outcome =
+        runCli({u"contrast"_s, u"562\nd56"_s, u"say \"hi\"\t\\"_s, u"--json"_s});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, u"Not a color code: \"562\\nd56\", \"say \\\"hi\\\"\\t\\\\\"\n"_s);
+    EXPECT_EQ(outcome.err.count(u'\n'), 1);
+}
+
 TEST(ContrastCommand, OnlyTextThatIsNoFiniteNumberIsABadTarget) {
     for (const QString& target : {u"abc"_s, u"nan"_s, u"inf"_s, u""_s, u"4.5:1"_s}) {
         const CliOutcome outcome =

@@ -3,7 +3,8 @@
 #include "app/FloatingWindow.h"
 #include "app/MenuFiller.h"
 #include "app/PaletteGlyph.h"
-#include "model/FirstLaunchTemplates.h"
+#include "model/SettingsStore.h"
+#include "model/TemplateLoader.h"
 #include "util/Clock.h"
 
 #include <QApplication>
@@ -18,28 +19,34 @@ namespace {
 // Below the top edge, clear of panels and menu bars, where the bar first appears.
 constexpr int kDefaultTopOffset = 90;
 
-LoadedTemplates startingTemplates() {
-    // Nothing is read from disk yet: until the preferences file is loaded here, every run
-    // starts from the first-launch palettes, with the first of them active.
-    LoadedTemplates loaded;
-    loaded.templates = firstLaunchTemplates(SystemClock::instance());
-    if (!loaded.templates.isEmpty())
-        loaded.activeTemplateId = loaded.templates.constFirst().id;
-    return loaded;
-}
-
 } // namespace
 
-AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platform, QObject* parent)
+AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platform,
+                         const QProcessEnvironment& env, QObject* parent)
     : QObject(parent), m_paths(paths), m_platform(std::move(platform)),
-      m_settings(paths.configDir + u"/hueshelf.conf", QSettings::IniFormat) {
-    m_storage =
-        std::make_unique<ColorStorage>(SystemClock::instance(), m_scheduler, startingTemplates());
-    m_barModel = std::make_unique<BarModel>(*m_storage, *m_platform, m_settings);
+      m_locations(StorageLocations::resolve(paths, env)),
+      m_settings(SettingsStore::open(m_locations)) {
+    Clock& clock = SystemClock::instance();
+    m_storage = std::make_unique<ColorStorage>(
+        clock, m_scheduler, TemplateLoader::loadAtStart(m_locations, *m_settings, clock));
+    m_writer = std::make_unique<PreferencesWriter>(m_locations.preferencesFile, *m_settings);
+    m_storage->setWriter(m_writer.get());
+
+    m_barModel = std::make_unique<BarModel>(*m_storage, *m_platform, *m_settings);
     m_window = std::make_unique<FloatingWindow>(*m_barModel);
+
+    if (const QCoreApplication* application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this,
+                &AppDelegate::applicationWillTerminate);
 }
 
 AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationWillTerminate() {
+    m_storage->saveTemplates();
+    m_writer->drain();
+    m_settings->sync();
+}
 
 void AppDelegate::start() {
     const bool hasTray = QSystemTrayIcon::isSystemTrayAvailable();

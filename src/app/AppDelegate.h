@@ -3,11 +3,14 @@
 #include "app/BarModel.h"
 #include "app/StatusMenuModel.h"
 #include "model/ColorStorage.h"
+#include "model/PreferencesWriter.h"
+#include "model/StorageLocations.h"
 #include "platform/Platform.h"
 #include "util/AppPaths.h"
 #include "util/QtScheduler.h"
 
 #include <QObject>
+#include <QProcessEnvironment>
 #include <QSettings>
 
 #include <memory>
@@ -19,11 +22,15 @@ namespace hueshelf::app {
 
 class FloatingWindow;
 
-// Owns everything that lives as long as the process: the store, the bar and the tray icon.
+// Owns everything that lives as long as the process: the store with its settings and writer,
+// the bar and the tray icon. The store is loaded from disk as the delegate is made; when the
+// application is about to quit, a last save is written and waited for.
 class AppDelegate final : public QObject {
     Q_OBJECT
 public:
+    // The environment is read once, here: it tells whether this is an isolated (test) run.
     AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platform,
+                const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment(),
                 QObject* parent = nullptr);
     ~AppDelegate() override;
 
@@ -32,8 +39,14 @@ public:
     void toggleBarVisibility();
 
     ColorStorage& storage() { return *m_storage; }
+    PreferencesWriter& preferencesWriter() { return *m_writer; }
+    QSettings& settings() { return *m_settings; }
+    const StorageLocations& storageLocations() const { return m_locations; }
     FloatingWindow& window() { return *m_window; }
     bool hasTrayIcon() const { return m_trayIcon != nullptr; }
+
+    // The end of the run: save, wait until the file work is done, synchronise the settings.
+    void applicationWillTerminate();
 
 private:
     void showBar();
@@ -42,13 +55,16 @@ private:
     AppPaths m_paths;
     std::unique_ptr<Platform> m_platform;
     QtScheduler m_scheduler;
-    QSettings m_settings;
+    StorageLocations m_locations;
+    std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<ColorStorage> m_storage;
     std::unique_ptr<BarModel> m_barModel;
     std::unique_ptr<StatusMenuModel> m_statusMenu;
     std::unique_ptr<FloatingWindow> m_window;
     std::unique_ptr<QMenu> m_trayMenu;
     QSystemTrayIcon* m_trayIcon = nullptr;
+    // Last, so it goes first: its final completions still reach the store and the views.
+    std::unique_ptr<PreferencesWriter> m_writer;
 };
 
 } // namespace hueshelf::app

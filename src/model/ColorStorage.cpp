@@ -2,6 +2,7 @@
 
 #include "color/ColorUtils.h"
 #include "model/ContentHash.h"
+#include "model/PreferencesFile.h"
 #include "model/StoreTexts.h"
 #include "model/TemplateJson.h"
 #include "model/TemplateNaming.h"
@@ -375,19 +376,30 @@ void ColorStorage::hand(SaveRequest request) {
     TemplateWriter::Written written;
     if (request.kind == SaveRequest::Kind::stamped) {
         written = [guard = QPointer<ColorStorage>(this), stamped = request.templates,
+                   active = request.activeTemplateId,
                    now = request.nowMs](const SaveOutcome& outcome) {
             if (guard)
-                guard->finishStampedSave(stamped, outcome, now);
+                guard->finishStampedSave(stamped, active, outcome, now);
         };
     } else {
-        // The plain variant leaves the baseline alone.
-        written = [](const SaveOutcome&) {};
+        // The plain variant leaves the baseline alone and has no fallback to the settings: the
+        // next stamped save writes the same list again.
+        written = [guard = QPointer<ColorStorage>(this)](const SaveOutcome& outcome) {
+            if (guard && outcome.wroteFile)
+                guard->m_lastKnownDataHash = PreferencesFile::dataHash(outcome.writtenJson);
+        };
     }
     m_writer->writeTemplates(request, std::move(written), [this] { --_savingCount; });
 }
 
 void ColorStorage::finishStampedSave(const QList<ColorTemplate>& stamped,
-                                     const SaveOutcome& outcome, double nowMs) {
+                                     const QString& activeTemplateId, const SaveOutcome& outcome,
+                                     double nowMs) {
+    // The in-memory list stays the truth; the fallback only keeps it across a quit.
+    if (!outcome.wroteFile && m_writer)
+        m_writer->writeFallback(outcome.writtenJson, activeTemplateId, nowMs);
+    // This run's own bytes: when the file is next seen holding them, nothing new is there.
+    m_lastKnownDataHash = PreferencesFile::dataHash(outcome.writtenJson);
     // A merge result is held back while an editor is open: its working copy must not lose
     // the colour under it.
     if (!m_isEditorPopoverOpen && differsByIdsOrHashes(outcome.writtenTemplates, stamped)) {
@@ -396,7 +408,9 @@ void ColorStorage::finishStampedSave(const QList<ColorTemplate>& stamped,
     }
     m_baselineTemplates = outcome.writtenTemplates;
     m_baselineStamp = nowMs;
-    Q_EMIT templatesWritten();
+    // A running sync pass holds the folder; the push waits for a save outside it.
+    if (!m_isSyncing)
+        Q_EMIT templatesWritten();
 }
 
 void ColorStorage::saveShadowState() {

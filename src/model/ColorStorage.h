@@ -166,15 +166,16 @@ Q_SIGNALS:
     void renameRequested();
     // deleteTemplate removed this id; sync writes its deletion record.
     void templateDeleted(const QUuid& id);
-    // A stamped save reached the file (or its fallback); the cloud push hangs on this.
+    // A stamped save reached the file (or its fallback) while no sync pass was running; the
+    // cloud push hangs on this.
     void templatesWritten();
 
 private:
     ColorTemplate* findTemplate(const QUuid& id);
     const ColorTemplate* findTemplate(const QUuid& id) const;
     ColorTemplate* activeTemplateForEdit() { return findTemplate(m_activeTemplateId); }
-    void finishStampedSave(const QList<ColorTemplate>& stamped, const SaveOutcome& outcome,
-                           double nowMs);
+    void finishStampedSave(const QList<ColorTemplate>& stamped, const QString& activeTemplateId,
+                           const SaveOutcome& outcome, double nowMs);
     void hand(SaveRequest request);
 
     Clock& m_clock;

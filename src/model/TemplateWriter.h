@@ -52,6 +52,16 @@ public:
 
     // The shadow state's own key; failures are dropped.
     virtual void writeShadowState(const QByteArray& json) = 0;
+
+    // A stamped write that could not reach the file: the palettes, the active id and the time
+    // go to the fallback store instead, on the main thread. A writer without a fallback store
+    // has nowhere to put them.
+    virtual void writeFallback(const QByteArray& json, const QString& activeTemplateId,
+                               double nowMs) {
+        Q_UNUSED(json);
+        Q_UNUSED(activeTemplateId);
+        Q_UNUSED(nowMs);
+    }
 };
 
 } // namespace hueshelf

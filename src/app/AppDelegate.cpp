@@ -31,6 +31,12 @@ AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platfo
         clock, m_scheduler, TemplateLoader::loadAtStart(m_locations, *m_settings, clock));
     m_writer = std::make_unique<PreferencesWriter>(m_locations.preferencesFile, *m_settings);
     m_storage->setWriter(m_writer.get());
+    // The store's creation ends by looking out for other processes: the start-up poll, then the
+    // watch on the preferences directory (or the slow poll where it can't be watched).
+    m_monitor = std::make_unique<ExternalChangeMonitor>(*m_storage, clock, m_scheduler,
+                                                        m_locations.preferencesFile,
+                                                        m_locations.prefsDir);
+    m_monitor->start();
 
     m_barModel = std::make_unique<BarModel>(*m_storage, *m_platform, *m_settings);
     m_window = std::make_unique<FloatingWindow>(*m_barModel);
@@ -46,6 +52,7 @@ void AppDelegate::applicationWillTerminate() {
     m_storage->saveTemplates();
     m_writer->drain();
     m_settings->sync();
+    m_monitor->stop();
 }
 
 void AppDelegate::start() {

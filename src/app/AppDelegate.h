@@ -3,6 +3,7 @@
 #include "app/BarModel.h"
 #include "app/StatusMenuModel.h"
 #include "model/ColorStorage.h"
+#include "model/ExternalChangeMonitor.h"
 #include "model/PreferencesWriter.h"
 #include "model/StorageLocations.h"
 #include "platform/Platform.h"
@@ -40,6 +41,7 @@ public:
 
     ColorStorage& storage() { return *m_storage; }
     PreferencesWriter& preferencesWriter() { return *m_writer; }
+    ExternalChangeMonitor& externalChangeMonitor() { return *m_monitor; }
     QSettings& settings() { return *m_settings; }
     const StorageLocations& storageLocations() const { return m_locations; }
     FloatingWindow& window() { return *m_window; }
@@ -58,6 +60,8 @@ private:
     StorageLocations m_locations;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<ColorStorage> m_storage;
+    // Other processes' writes to the preferences file, merged into the store.
+    std::unique_ptr<ExternalChangeMonitor> m_monitor;
     std::unique_ptr<BarModel> m_barModel;
     std::unique_ptr<StatusMenuModel> m_statusMenu;
     std::unique_ptr<FloatingWindow> m_window;

@@ -8,6 +8,7 @@
 #include "util/Clock.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QMenu>
 #include <QScreen>
 #include <QSystemTrayIcon>
@@ -32,10 +33,12 @@ AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platfo
     m_writer = std::make_unique<PreferencesWriter>(m_locations.preferencesFile, *m_settings);
     m_storage->setWriter(m_writer.get());
     // The store's creation ends by looking out for other processes: the start-up poll, then the
-    // watch on the preferences directory (or the slow poll where it can't be watched).
-    m_monitor = std::make_unique<ExternalChangeMonitor>(*m_storage, clock, m_scheduler,
-                                                        m_locations.preferencesFile,
-                                                        m_locations.prefsDir);
+    // watch on the preferences directory (or the slow poll where it can't be watched). Unlike
+    // the preferences folder of other desktops, ours may not exist before the first save, and a
+    // missing directory would leave only the slow poll.
+    QDir().mkpath(m_locations.prefsDir);
+    m_monitor = std::make_unique<ExternalChangeMonitor>(
+        *m_storage, clock, m_scheduler, m_locations.preferencesFile, m_locations.prefsDir);
     m_monitor->start();
 
     m_barModel = std::make_unique<BarModel>(*m_storage, *m_platform, *m_settings);

@@ -6,7 +6,9 @@
 #include "model/TemplateJson.h"
 #include "platform/fake/FakePlatform.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSettings>
@@ -71,6 +73,18 @@ TEST_F(AppPersistenceTest, AQuitWhoseWriteFailsLeavesThePalettesInTheSettings) {
     AppDelegate next(home.paths(), std::make_unique<FakePlatform>(), QProcessEnvironment());
     ASSERT_FALSE(next.storage().templates().isEmpty());
     EXPECT_EQ(next.storage().activeTemplate()->name, u"Renamed before quitting"_s);
+}
+
+// A first start on a machine where the configuration folder doesn't exist yet still watches
+// for other processes instead of falling back to the slow poll.
+TEST_F(AppPersistenceTest, AFirstStartCreatesThePreferencesFolderAndWatchesIt) {
+    QDir(home.paths().configDir).removeRecursively();
+    AppDelegate delegate(home.paths(), std::make_unique<FakePlatform>(), QProcessEnvironment());
+    EXPECT_TRUE(QFileInfo(delegate.storageLocations().prefsDir).isDir());
+    EXPECT_TRUE(delegate.externalChangeMonitor().isWatchingDirectory());
+    EXPECT_FALSE(delegate.externalChangeMonitor().isSlowPollRunning());
+    EXPECT_FALSE(QFile::exists(prefsPath())) << "nothing is written before the first save";
+    delegate.applicationWillTerminate();
 }
 
 } // namespace

@@ -7,15 +7,24 @@ namespace hueshelf::cli {
 Command colorCommand();
 Command contrastCommand();
 Command shadesCommand();
+Command palettesCommand();
+Command showCommand();
+Command useCommand();
 Command helpCommand();
 
 const std::vector<Command>& commandTable() {
+    // One line per command, so a new one is one line in the diff.
+    // clang-format off
     static const std::vector<Command> table{
         colorCommand(),
         contrastCommand(),
         shadesCommand(),
+        palettesCommand(),
+        showCommand(),
+        useCommand(),
         helpCommand(),
     };
+    // clang-format on
     return table;
 }
 

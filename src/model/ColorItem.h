@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QUuid>
 
@@ -27,5 +28,7 @@ struct ColorItem {
 
 // Upper-case 8-4-4-4-12 text, the only form in which ids are written anywhere.
 QString uuidText(const QUuid& id);
+// The same 36 characters appended as bytes, for the encoders that build UTF-8 directly.
+void appendUuidText(QByteArray& out, const QUuid& id);
 
 } // namespace hueshelf

@@ -1,7 +1,6 @@
 #include "model/ColorStorage.h"
 
 #include "color/ColorUtils.h"
-#include "model/ContentHash.h"
 #include "model/PreferencesFile.h"
 #include "model/StoreTexts.h"
 #include "model/TemplateJson.h"
@@ -330,10 +329,12 @@ void ColorStorage::saveTemplates() {
 
     QList<ColorTemplate> stamped = m_templates;
     bool anyStamped = false;
-    for (ColorTemplate& palette : stamped) {
-        const QString hash = computeContentHash(palette.name, palette.colors);
-        if (hash == palette.contentHash)
+    for (qsizetype i = 0; i < stamped.size(); ++i) {
+        // Read through a const reference: only a palette that changed is worth detaching for.
+        const QString hash = m_encoding.contentHash(std::as_const(stamped).at(i));
+        if (hash == std::as_const(stamped).at(i).contentHash)
             continue;
+        ColorTemplate& palette = stamped[i];
         palette.contentHash = hash;
         palette.updatedAt = now;
         palette.revision += 1;
@@ -346,7 +347,8 @@ void ColorStorage::saveTemplates() {
 
     SaveRequest request;
     request.kind = SaveRequest::Kind::stamped;
-    request.json = TemplateJson::encodeTemplates(stamped);
+    request.jsonParts = m_encoding.encodeParts(stamped);
+    request.json = TemplateJson::joinEncoded(request.jsonParts);
     request.templates = std::move(stamped);
     request.baselineTemplates = m_baselineTemplates;
     request.baselineStamp = m_baselineStamp;
@@ -360,7 +362,8 @@ void ColorStorage::saveTemplatesWithoutStamping() {
     SaveRequest request;
     request.kind = SaveRequest::Kind::withoutStamping;
     request.templates = m_templates;
-    request.json = TemplateJson::encodeTemplates(m_templates);
+    request.jsonParts = m_encoding.encodeParts(m_templates);
+    request.json = TemplateJson::joinEncoded(request.jsonParts);
     request.baselineTemplates = m_baselineTemplates;
     request.baselineStamp = m_baselineStamp;
     request.activeTemplateId = uuidText(m_activeTemplateId);
@@ -385,8 +388,9 @@ void ColorStorage::hand(SaveRequest request) {
         // The plain variant leaves the baseline alone and has no fallback to the settings: the
         // next stamped save writes the same list again.
         written = [guard = QPointer<ColorStorage>(this)](const SaveOutcome& outcome) {
-            if (guard && outcome.wroteFile)
-                guard->m_lastKnownDataHash = PreferencesFile::dataHash(outcome.writtenJson);
+            ColorStorage* self = guard.data();
+            if (self != nullptr && outcome.wroteFile)
+                self->m_lastKnownDataHash = PreferencesFile::dataHash(outcome.writtenJson);
         };
     }
     m_writer->writeTemplates(request, std::move(written), [this] { --_savingCount; });

@@ -4,6 +4,7 @@
 #include "model/ColorTemplate.h"
 #include "model/LoadedTemplates.h"
 #include "model/ShadowTemplateState.h"
+#include "model/TemplateEncodingCache.h"
 #include "model/TemplateWriter.h"
 #include "util/Clock.h"
 #include "util/Scheduler.h"
@@ -194,6 +195,9 @@ private:
     QList<ColorTemplate> m_baselineTemplates;
     double m_baselineStamp = 0.0;
     qint64 m_lastKnownDataHash = 0;
+
+    // Hashes and JSON of the palettes as the last saves found them; main thread only.
+    TemplateEncodingCache m_encoding;
 
     // Saves begun and not yet finished. Shared with the writer's thread, hence atomic.
     std::atomic<int> _savingCount{0};

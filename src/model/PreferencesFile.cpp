@@ -2,15 +2,14 @@
 
 #include "model/PreferencesKeys.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHashFunctions>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRandomGenerator>
 #include <QSaveFile>
-
-#include <cstring>
 
 namespace hueshelf::PreferencesFile {
 
@@ -26,17 +25,24 @@ std::optional<QJsonObject> read(const QString& path) {
 }
 
 bool write(const QString& path, const QJsonObject& object) {
+    return writeBytes(path, serialise(object));
+}
+
+bool writeBytes(const QString& path, const QByteArray& bytes) {
     if (!QDir().mkpath(QFileInfo(path).absolutePath()))
         return false;
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    const QByteArray bytes = QJsonDocument(object).toJson(QJsonDocument::Indented);
     if (file.write(bytes) != bytes.size()) {
         file.cancelWriting();
         return false;
     }
     return file.commit();
+}
+
+QByteArray serialise(const QJsonObject& object) {
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
 }
 
 std::optional<QByteArray> templatesData(const QJsonObject& file) {
@@ -47,13 +53,11 @@ std::optional<QByteArray> templatesData(const QJsonObject& file) {
 }
 
 qint64 dataHash(const QByteArray& templatesData) {
-    // Collisions would make a real change look like this run's own write; 64 bits of a
-    // cryptographic digest make that a non-event, and it costs little next to the file read.
-    const QByteArray digest =
-        QCryptographicHash::hash(templatesData, QCryptographicHash::Sha256).left(8);
-    qint64 value = 0;
-    std::memcpy(&value, digest.constData(), sizeof value);
-    return value;
+    // Collisions would make a real change look like this run's own write. 64 bits of a hash keyed
+    // afresh in every process, so that no value can be aimed at from outside, make that a
+    // non-event at a small fraction of the cost of a cryptographic digest of megabytes.
+    static const size_t key = size_t(QRandomGenerator::system()->generate64());
+    return qint64(qHashBits(templatesData.constData(), size_t(templatesData.size()), key));
 }
 
 } // namespace hueshelf::PreferencesFile

@@ -20,13 +20,17 @@ std::optional<QJsonObject> read(const QString& path);
 // Replaces the file atomically: written aside, then renamed into place, so a reader (or a
 // crash) sees the old file or the new one, never a mixture. Creates the directory if needed.
 bool write(const QString& path, const QJsonObject& object);
+bool writeBytes(const QString& path, const QByteArray& bytes);
+
+// The bytes write() puts on disk for an object.
+QByteArray serialise(const QJsonObject& object);
 
 // The palette list of a read file as bytes: the compact serialisation of its "colorTemplates"
 // array. None when the key is missing or holds anything but an array.
 std::optional<QByteArray> templatesData(const QJsonObject& file);
 
 // The hash by which a run recognises palette bytes it has already seen or written. Only ever
-// compared within one run, never stored.
+// compared within one run, never stored, so it is keyed afresh in every process.
 qint64 dataHash(const QByteArray& templatesData);
 
 } // namespace PreferencesFile

@@ -13,6 +13,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <cstring>
 #include <optional>
 
 namespace hueshelf {
@@ -39,7 +41,39 @@ struct FileSnapshot {
     QByteArray bytes;
 };
 
-FileSnapshot readSnapshot(const QString& path, const Clock& clock) {
+double stampOf(const QJsonObject& object) {
+    const QJsonValue value = object.value(PreferencesKeys::lastModified);
+    return value.isDouble() ? value.toDouble() : 0.0;
+}
+
+// Whether the open file holds exactly `expected`. Read in pieces, so that the usual answer, yes,
+// costs no copy of a file of megabytes; the file is left at its start.
+bool holdsExactly(QFile& file, const QByteArray& expected) {
+    if (file.size() != expected.size())
+        return false;
+    constexpr qint64 kPiece = 256 * 1024;
+    QByteArray piece(kPiece, Qt::Uninitialized);
+    qint64 offset = 0;
+    bool same = true;
+    while (same && offset < expected.size()) {
+        const qint64 read = file.read(piece.data(), std::min(kPiece, expected.size() - offset));
+        same = read > 0 &&
+               std::memcmp(piece.constData(), expected.constData() + offset, size_t(read)) == 0;
+        offset += read;
+    }
+    // Nothing may follow: the file could have grown since its size was taken.
+    char extra = 0;
+    same = same && file.read(&extra, 1) == 0;
+    file.seek(0);
+    return same;
+}
+
+bool mergesAgainst(const SaveRequest& request, double fileStamp) {
+    return request.kind == SaveRequest::Kind::stamped && request.baselineStamp < fileStamp;
+}
+
+FileSnapshot readSnapshot(const QString& path, const Clock& clock, const SaveRequest& request,
+                          const std::optional<OwnWrite>& lastOwnWrite) {
     FileSnapshot snapshot;
     const QFileInfo info(path);
     if (!info.isFile())
@@ -49,6 +83,13 @@ FileSnapshot readSnapshot(const QString& path, const Clock& clock) {
         // Unseen content can't be judged harmless, nor copied: leave it to the fallback.
         snapshot.needsKeeping = true;
         snapshot.cannotKeep = true;
+        return snapshot;
+    }
+    // Still this writer's own last write: its keys are known and its palettes decode (they were
+    // encoded from records). Only a merge needs them decoded, and then the file is read in full.
+    if (lastOwnWrite && !mergesAgainst(request, stampOf(lastOwnWrite->otherKeys)) &&
+        holdsExactly(file, lastOwnWrite->file.bytes())) {
+        snapshot.object = lastOwnWrite->otherKeys;
         return snapshot;
     }
     snapshot.bytes = file.readAll();
@@ -68,49 +109,55 @@ FileSnapshot readSnapshot(const QString& path, const Clock& clock) {
     return snapshot;
 }
 
-double stampOf(const QJsonObject& object) {
-    const QJsonValue value = object.value(PreferencesKeys::lastModified);
-    return value.isDouble() ? value.toDouble() : 0.0;
-}
-
 } // namespace
 
 SaveOutcome writePreferences(const QString& preferencesFile, const SaveRequest& request,
                              std::optional<OwnWrite>& lastOwnWrite) {
     const FixedClock clock(request.nowMs);
-    FileSnapshot snapshot = readSnapshot(preferencesFile, clock);
+    FileSnapshot snapshot = readSnapshot(preferencesFile, clock, request, lastOwnWrite);
     const double stamp = stampOf(snapshot.object);
 
     QList<ColorTemplate> written = request.templates;
     QByteArray json = request.json;
+    bool merged = false;
     // Someone else wrote since this store last agreed with the file. A list in the file that
     // doesn't decode abandons the merge; the stamped list is written as it is.
-    if (request.kind == SaveRequest::Kind::stamped && request.baselineStamp < stamp &&
-        snapshot.templates) {
+    if (mergesAgainst(request, stamp) && snapshot.templates) {
         const bool fileIsOwnLastWrite = lastOwnWrite && lastOwnWrite->stamp == stamp;
         const QList<ColorTemplate>& base =
             fileIsOwnLastWrite ? lastOwnWrite->requested : request.baselineTemplates;
         written = mergeTemplates(base, request.templates, *snapshot.templates,
                                  request.baselineStamp, stamp);
         json = TemplateJson::encodeTemplates(written);
+        merged = true;
     }
 
     QJsonObject& object = snapshot.object;
-    object.insert(PreferencesKeys::templates, QJsonDocument::fromJson(json).array());
+    object.remove(PreferencesKeys::templates);
     object.insert(PreferencesKeys::activeTemplateId, request.activeTemplateId);
     object.insert(PreferencesKeys::lastModified, request.nowMs);
     object.insert(PreferencesKeys::schemaVersion, PreferencesKeys::currentSchemaVersion);
 
     SaveOutcome outcome;
     outcome.writtenTemplates = std::move(written);
-    // The bytes a reader of the written file will see, so that the hash recognises them.
-    outcome.writtenJson = PreferencesFile::templatesData(object).value_or(json);
+    std::optional<PreferencesLayout> layout =
+        PreferencesLayout::make(object, json, merged ? QList<QByteArray>() : request.jsonParts,
+                                lastOwnWrite ? &lastOwnWrite->file : nullptr);
+    if (layout) {
+        outcome.writtenJson = json;
+    } else {
+        QJsonObject whole = object;
+        whole.insert(PreferencesKeys::templates, QJsonDocument::fromJson(json).array());
+        // The bytes a reader of the written file will see, so that the hash recognises them.
+        outcome.writtenJson = PreferencesFile::templatesData(whole).value_or(json);
+        layout = PreferencesLayout::ofBytes(PreferencesFile::serialise(whole));
+    }
     const bool kept = !snapshot.needsKeeping ||
                       (!snapshot.cannotKeep && UnreadablePreferences::preserve(
                                                    preferencesFile, snapshot.bytes, request.nowMs));
-    outcome.wroteFile = kept && PreferencesFile::write(preferencesFile, object);
+    outcome.wroteFile = kept && PreferencesFile::writeBytes(preferencesFile, layout->bytes());
     if (outcome.wroteFile)
-        lastOwnWrite = OwnWrite{request.nowMs, request.templates};
+        lastOwnWrite = OwnWrite{request.nowMs, request.templates, std::move(*layout), object};
     return outcome;
 }
 

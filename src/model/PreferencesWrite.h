@@ -1,7 +1,10 @@
 #pragma once
 
+#include "model/PreferencesLayout.h"
 #include "model/TemplateWriter.h"
 
+#include <QByteArray>
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 
@@ -25,9 +28,15 @@ namespace hueshelf {
 // turned on and straight off again would stay on). When the file still holds exactly this
 // writer's previous write, the true common ancestor is the list that previous save started
 // from, and that is the base used instead.
+//
+// The file as this writer left it is remembered too: a file that still holds exactly those bytes
+// holds nothing anyone else wrote, so its keys are known without parsing it again, and the next
+// layout copies the palettes that didn't change from it.
 struct OwnWrite {
     double stamp = 0.0;
     QList<ColorTemplate> requested; // the list the store asked to write
+    PreferencesLayout file;         // what was written, byte for byte
+    QJsonObject otherKeys;          // the written object without "colorTemplates"
 };
 
 SaveOutcome writePreferences(const QString& preferencesFile, const SaveRequest& request,

@@ -49,8 +49,13 @@ std::optional<ColorTemplate> templateFromJson(const QJsonValue& value, const Clo
 std::optional<ShadowTemplateState> shadowStateFromJson(const QJsonValue& value);
 
 QJsonArray templatesToJson(const QList<ColorTemplate>& templates);
-// Compact UTF-8 JSON with sorted keys: the bytes that go into "colorTemplates".
+// Compact UTF-8 JSON with sorted keys: the bytes that go into "colorTemplates". Byte for byte
+// what QJsonDocument's compact form of templatesToJson gives, without building it.
 QByteArray encodeTemplates(const QList<ColorTemplate>& templates);
+// One palette's element of that array.
+QByteArray encodeTemplate(const ColorTemplate& palette);
+// The array of palettes encoded one by one: the same bytes as encodeTemplates of the list.
+QByteArray joinEncoded(const QList<QByteArray>& encodedTemplates);
 std::optional<QList<ColorTemplate>> templatesFromJson(const QJsonArray& array, const Clock& clock);
 // Anything but a JSON array of valid records gives no list at all.
 std::optional<QList<ColorTemplate>> decodeTemplates(const QByteArray& json, const Clock& clock);

@@ -20,6 +20,9 @@ struct SaveRequest {
     Kind kind = Kind::stamped;
     QList<ColorTemplate> templates; // the stamped list (or the list as it stood)
     QByteArray json;                // templates, encoded
+    // The same bytes palette by palette, when the encoder kept them (json is these joined into
+    // an array); lets the writer lay out the file without going through every palette again.
+    QList<QByteArray> jsonParts;
     QList<ColorTemplate> baselineTemplates;
     double baselineStamp = 0.0;
     QString activeTemplateId; // upper-case text

@@ -411,7 +411,7 @@ void ColorStorage::finishStampedSave(const QList<ColorTemplate>& stamped,
         Q_EMIT templatesChanged();
     }
     m_baselineTemplates = outcome.writtenTemplates;
-    m_baselineStamp = nowMs;
+    m_baselineStamp = outcome.wroteFile ? outcome.writtenStamp : nowMs;
     // A running sync pass holds the folder; the push waits for a save outside it.
     if (!m_isSyncing)
         Q_EMIT templatesWritten();

@@ -12,9 +12,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLockFile>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <limits>
 #include <optional>
 
 namespace hueshelf {
@@ -68,6 +71,22 @@ bool holdsExactly(QFile& file, const QByteArray& expected) {
     return same;
 }
 
+constexpr int staleLockMs = 30'000;
+constexpr int lockWaitMs = 10'000;
+
+QString lockFilePath(const QString& preferencesFile) {
+    return preferencesFile + u".lock";
+}
+
+// Other processes only look at a file whose stamp moved past the one they last agreed on. A
+// save that started before another process's write, but reaches the file after it, must not
+// move the stamp backwards, or that process would never look at it.
+double laterStamp(double requestedMs, double fileStamp) {
+    if (requestedMs > fileStamp)
+        return requestedMs;
+    return std::nextafter(fileStamp, std::numeric_limits<double>::infinity());
+}
+
 bool mergesAgainst(const SaveRequest& request, double fileStamp) {
     return request.kind == SaveRequest::Kind::stamped && request.baselineStamp < fileStamp;
 }
@@ -113,6 +132,14 @@ FileSnapshot readSnapshot(const QString& path, const Clock& clock, const SaveReq
 
 SaveOutcome writePreferences(const QString& preferencesFile, const SaveRequest& request,
                              std::optional<OwnWrite>& lastOwnWrite) {
+    // Every process of the product runs this cycle on the same file. Without the lock, two that
+    // read it at once each write back only their own merge, and the later write drops what the
+    // earlier one added. A lock left by a crashed process is taken over; one that can't be had
+    // in time doesn't stop the write, which the merge of the next cycle then repairs.
+    QLockFile lock(lockFilePath(preferencesFile));
+    lock.setStaleLockTime(staleLockMs);
+    lock.tryLock(lockWaitMs);
+
     const FixedClock clock(request.nowMs);
     FileSnapshot snapshot = readSnapshot(preferencesFile, clock, request, lastOwnWrite);
     const double stamp = stampOf(snapshot.object);
@@ -135,10 +162,12 @@ SaveOutcome writePreferences(const QString& preferencesFile, const SaveRequest& 
     QJsonObject& object = snapshot.object;
     object.remove(PreferencesKeys::templates);
     object.insert(PreferencesKeys::activeTemplateId, request.activeTemplateId);
-    object.insert(PreferencesKeys::lastModified, request.nowMs);
+    const double writtenStamp = laterStamp(request.nowMs, stamp);
+    object.insert(PreferencesKeys::lastModified, writtenStamp);
     object.insert(PreferencesKeys::schemaVersion, PreferencesKeys::currentSchemaVersion);
 
     SaveOutcome outcome;
+    outcome.writtenStamp = writtenStamp;
     outcome.writtenTemplates = std::move(written);
     std::optional<PreferencesLayout> layout =
         PreferencesLayout::make(object, json, merged ? QList<QByteArray>() : request.jsonParts,
@@ -157,7 +186,7 @@ SaveOutcome writePreferences(const QString& preferencesFile, const SaveRequest& 
                                                    preferencesFile, snapshot.bytes, request.nowMs));
     outcome.wroteFile = kept && PreferencesFile::writeBytes(preferencesFile, layout->bytes());
     if (outcome.wroteFile)
-        lastOwnWrite = OwnWrite{request.nowMs, request.templates, std::move(*layout), object};
+        lastOwnWrite = OwnWrite{writtenStamp, request.templates, std::move(*layout), object};
     return outcome;
 }
 

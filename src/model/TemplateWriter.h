@@ -36,6 +36,9 @@ struct SaveOutcome {
     // written meanwhile, otherwise the request's own list.
     QList<ColorTemplate> writtenTemplates;
     QByteArray writtenJson;
+    // The "colorLastModified" the file received: the request's time, or just past the stamp
+    // already in the file when that one is not older, so stamps in the file only ever grow.
+    double writtenStamp = 0.0;
 };
 
 // The store's seam to persistence. The store hands over a request and goes on; the writer

@@ -47,7 +47,8 @@ public:
     void completeNext(const QList<ColorTemplate>& written) {
         Pending next = std::move(pending.front());
         pending.pop_front();
-        next.written(SaveOutcome{true, written, QByteArray()});
+        // As a writer that found no newer stamp in the file: the request's time is written.
+        next.written(SaveOutcome{true, written, QByteArray(), next.request.nowMs});
         next.finished();
     }
     // Completes the oldest write with exactly what it was asked to write.

@@ -2,6 +2,9 @@
 
 #include "PersistenceFixture.h"
 
+#include <cmath>
+#include <limits>
+
 namespace hueshelf::testing {
 namespace {
 
@@ -105,6 +108,39 @@ TEST_F(PersistenceFixture, TheWriteCycleSetsTheFourKeysAndKeepsEveryOther) {
     EXPECT_EQ(written.value(PreferencesKeys::lastModified).toDouble(), kNow);
     EXPECT_TRUE(written.value(PreferencesKeys::templates).isArray()) << "an array, not text";
     EXPECT_EQ(written.size(), 5);
+}
+
+// A save that started before another process wrote, but reaches the file after it, stamps the
+// file just past that write: other processes only look at a stamp that moved forwards.
+TEST_F(PersistenceFixture, TheFileStampNeverMovesBackwards) {
+    struct StampCase {
+        const char* label;
+        double fileStamp;
+        double requested;
+        double expected;
+    };
+    const double justPast = std::nextafter(kNow + 5.0, std::numeric_limits<double>::infinity());
+    const StampCase cases[] = {
+        {"older file", kNow - 5.0, kNow, kNow},
+        {"same stamp", kNow, kNow, std::nextafter(kNow, std::numeric_limits<double>::infinity())},
+        {"newer file", kNow + 5.0, kNow, justPast},
+    };
+    for (const StampCase& c : cases) {
+        SCOPED_TRACE(c.label);
+        const ColorTemplate a = makePalette(u"A"_s, {});
+        QJsonObject file = preferencesObject({a}, a.id, c.fileStamp);
+        ASSERT_TRUE(writeFile(file));
+        SaveRequest request;
+        request.kind = SaveRequest::Kind::withoutStamping;
+        request.templates = {a};
+        request.json = TemplateJson::encodeTemplates(request.templates);
+        request.activeTemplateId = uuidText(a.id);
+        request.nowMs = c.requested;
+        const SaveOutcome outcome = writeOnce(prefsPath(), request);
+        ASSERT_TRUE(outcome.wroteFile);
+        EXPECT_EQ(outcome.writtenStamp, c.expected);
+        EXPECT_EQ(readPreferences().value(PreferencesKeys::lastModified).toDouble(), c.expected);
+    }
 }
 
 // The hash of what was written must be the hash a later reader computes from the file, or

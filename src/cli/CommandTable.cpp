@@ -7,6 +7,7 @@ namespace hueshelf::cli {
 Command colorCommand();
 Command contrastCommand();
 Command shadesCommand();
+Command simulateCommand();
 Command palettesCommand();
 Command showCommand();
 Command useCommand();
@@ -19,6 +20,7 @@ const std::vector<Command>& commandTable() {
         colorCommand(),
         contrastCommand(),
         shadesCommand(),
+        simulateCommand(),
         palettesCommand(),
         showCommand(),
         useCommand(),

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QUuid>
 
 #include <array>
 #include <optional>
@@ -103,6 +104,55 @@ QString uniqueName(const QString& wanted, const QStringList& existing);
 std::vector<ShadeStep> shadeLadder(const QString& hex);
 std::vector<std::pair<int, int>> similarPairs(const QList<ColorItem>& colors, int threshold);
 bool swatchLabelIsDark(const QString& hex);
+
+// --- Colour theory: scheme analysis and role suggestions ------------------------------------
+
+// One piece of advice about the palette as a whole; `type` is "noConnection", "energy",
+// "brightness", "variety", "allDark" or "allLight".
+struct HarmonyNote {
+    QString message;
+    QString type;
+
+    friend bool operator==(const HarmonyNote&, const HarmonyNote&) = default;
+};
+
+// `scheme` is one of "none", "neutral", "monochromatic", "analogous", "complementary", "split",
+// "triadic"; the notes come in their fixed order.
+struct HarmonyAnalysis {
+    QString scheme;
+    std::vector<HarmonyNote> notes;
+};
+
+struct RoleSuggestion {
+    QUuid colorId;
+    QString colorName;
+    QString colorHex;
+    QStringList suggestions; // always exactly one entry
+};
+
+// A role offered for the code being typed in the swatch editor.
+struct RolePreview {
+    QString role;
+    bool isCurrentName = false; // the colour is already named for it
+};
+
+HarmonyAnalysis analyzeHarmony(const QList<ColorItem>& colors);
+// The display name of a scheme key, absent for "none" and unknown keys.
+std::optional<QString> schemeDisplayName(const QString& scheme);
+std::optional<QString> schemeDisplayName(const QList<ColorItem>& colors);
+// The notes' messages; "All your colors are light..." is left out when no colour is dark.
+QStringList harmonyMessages(const QList<ColorItem>& colors);
+// Around the hue circle: 0...180.
+double hueDistance(double a, double b);
+
+std::vector<RoleSuggestion> roleSuggestions(const QList<ColorItem>& colors);
+std::optional<QString> roleFor(const QUuid& colorId, const QList<ColorItem>& colors);
+// The role the colour would get with `typedText` as its code; absent unless the text is 3 or 6
+// hex digits with or without "#", or when the colour isn't in the palette.
+std::optional<RolePreview> rolePreview(const QString& typedText, const QUuid& colorId,
+                                       const QList<ColorItem>& colors);
+// "This color is already named for its role", or the role + " as this color's name".
+QString rolePreviewText(const RolePreview& preview);
 
 } // namespace ColorUtils
 } // namespace hueshelf

@@ -105,6 +105,22 @@ TEST(EndToEnd, ContrastAndShadesSucceed) {
     EXPECT_EQ(QJsonDocument::fromJson(shades.out).array().size(), 10);
 }
 
+TEST(EndToEnd, SimulatePrintsEveryArgumentThenExitsOne) {
+    const ProcessOutcome outcome = runBinary({u"simulate"_s, u"--json"_s, u"00ff00"_s, u"#0f0"_s});
+    ASSERT_TRUE(outcome.finished);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, QByteArray("Not a color code: \"#0f0\"\n"));
+    const QJsonArray array = QJsonDocument::fromJson(outcome.out).array();
+    ASSERT_EQ(array.size(), 2);
+    // Green's red product under protanopia, 1.052583, is clamped to FF.
+    const QJsonObject green = array.at(0).toObject();
+    EXPECT_EQ(green.value(u"hex"_s).toString(), u"#00FF00"_s);
+    EXPECT_EQ(green.value(u"protanopia"_s).toString(), u"#FFE500"_s);
+    EXPECT_EQ(green.value(u"deuteranopia"_s).toString(), u"#EFD63A"_s);
+    EXPECT_EQ(green.value(u"tritanopia"_s).toString(), u"#00F7D9"_s);
+    EXPECT_TRUE(array.at(1).toObject().value(u"hex"_s).isNull());
+}
+
 struct StatusCase {
     QStringList arguments;
     int status;

@@ -466,6 +466,68 @@ def shade_ladder(hex_code):
     ]
 
 
+# --- colour vision simulation -------------------------------------------------------------------
+
+# One 3x3 matrix per dichromat type, rows giving R', G', B' from linear R, G, B, at severity 1.0.
+SIMULATION_TYPES = ("protanopia", "deuteranopia", "tritanopia")
+SIMULATION_MATRICES = {
+    "protanopia": (
+        (0.152286, 1.052583, -0.204868),
+        (0.114503, 0.786281, 0.099216),
+        (-0.003882, -0.048116, 1.051998),
+    ),
+    "deuteranopia": (
+        (0.367322, 0.860646, -0.227968),
+        (0.280085, 0.672501, 0.047413),
+        (-0.01182, 0.04294, 0.968881),
+    ),
+    "tritanopia": (
+        (1.255528, -0.076749, -0.178779),
+        (-0.078411, 0.930809, 0.147602),
+        (0.004733, 0.691367, 0.3039),
+    ),
+}
+
+
+def unit_clamped(value):
+    return min(max(value, 0.0), 1.0)
+
+
+def linear_rgb(text):
+    """The three linear channels with the sRGB threshold 0.04045 (not WCAG's 0.03928)."""
+    rgb = hex_to_rgb(text)
+    if rgb is None:
+        return None
+    linear = []
+    for byte in rgb:
+        v = byte / 255.0
+        linear.append(v / 12.92 if v <= 0.04045 else ((v + 0.055) / 1.055) ** 2.4)
+    return tuple(linear)
+
+
+def encoded_hex(linear):
+    channels = []
+    for x in linear:
+        x = unit_clamped(x)
+        encoded = x * 12.92 if x <= 0.0031308 else 1.055 * x ** 0.4166666666666667 - 0.055
+        channels.append(round_half_away(encoded * 255.0))
+    return format_channels(*channels)
+
+
+def simulated(text, simulation_type):
+    """How the colour looks to the type, as a canonical code; the text as given for "normal" or
+    for text that isn't a colour."""
+    if simulation_type == "normal":
+        return text
+    linear = linear_rgb(text)
+    if linear is None:
+        return text
+    r, g, b = linear
+    return encoded_hex(
+        tuple(unit_clamped(row[0] * r + row[1] * g + row[2] * b)
+              for row in SIMULATION_MATRICES[simulation_type]))
+
+
 # --- the JSON values of the colour commands -----------------------------------------------------
 
 
@@ -514,3 +576,21 @@ def shades_command(argument):
     if code is None:
         return None
     return shade_ladder(code)
+
+
+def simulate_command_entry(argument):
+    """One element of `hueshelf simulate --json`'s array."""
+    code = parse_color_code(argument)
+    if code is None:
+        return {"input": argument, "hex": None}
+    entry = {"input": argument, "hex": code}
+    for simulation_type in SIMULATION_TYPES:
+        entry[simulation_type] = simulated(code, simulation_type)
+    return entry
+
+
+def simulate_command(arguments):
+    """(JSON value, exit status) of `hueshelf simulate --json ARGS...`."""
+    entries = [simulate_command_entry(argument) for argument in arguments]
+    status = 1 if any(entry["hex"] is None for entry in entries) else 0
+    return entries, status

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Differential test: the real `hueshelf` binary against the reference model in colorref.py.
 
-Random but repeatable inputs (fixed seed) go through `hueshelf color`, `contrast` and `shades`
-with --json; every field of the output is compared with the reference, strings and doubles
+Random but repeatable inputs (fixed seed) go through `hueshelf color`, `contrast`, `shades` and
+`simulate` with --json; every field of the output is compared with the reference, strings and doubles
 exactly. Prints "N passed, M failed" and the first mismatches; exits 1 on any mismatch.
 """
 
@@ -536,7 +536,7 @@ class Tally:
         self.reports.append((label, mismatches))
 
 
-# --- the three commands -------------------------------------------------------------------------
+# --- the four commands --------------------------------------------------------------------------
 
 
 def check_color_batch(binary, env, codes):
@@ -557,6 +557,54 @@ def check_color_batch(binary, env, codes):
         status_mismatch.append(("exit status", expected_status, status))
     results.append(("color exit status of a batch of %d" % len(codes), status_mismatch))
     return results
+
+
+def check_simulate_batch(binary, env, codes):
+    expected, expected_status = colorref.simulate_command(codes)
+    status, parsed, parse_error, stdout, stderr = run(binary, ["simulate", "--json"] + codes, env)
+    if parse_error or not isinstance(parsed, list) or len(parsed) != len(codes):
+        problem = parse_error or "expected an array of %d, got %r" % (len(codes), stdout[:200])
+        return [("simulate %r" % code, [("output", "array element", problem)]) for code in codes]
+    results = []
+    for code, want, got in zip(codes, expected, parsed):
+        mismatches = []
+        compare(want, got, "", mismatches)
+        results.append(("simulate %r" % code, mismatches))
+    status_mismatch = []
+    if status != expected_status:
+        status_mismatch.append(("exit status", expected_status, status))
+    elif status == 1 and (not stderr.endswith("\n") or stderr.count("\n") != 1):
+        status_mismatch.append(("stderr", "one line", stderr))
+    results.append(("simulate exit status of a batch of %d" % len(codes), status_mismatch))
+    return results
+
+
+def simulation_sweep():
+    """Every level of each single channel and every grey: the linear toe (bytes up to 10), the
+    curve above it, and the products that go negative or past 1 and must be clamped."""
+    codes = []
+    for level in range(256):
+        codes += ["#%02X0000" % level, "#00%02X00" % level, "#0000%02X" % level,
+                  "#%02X%02X%02X" % (level, level, level)]
+    # Secondaries and their complements at full strength push two products out of range at once.
+    for level in range(0, 256, 5):
+        codes += ["#FF%02X00" % level, "#00FF%02X" % level, "#%02X00FF" % level,
+                  "#%02XFFFF" % level, "#FF%02XFF" % level, "#FFFF%02X" % level]
+    return codes
+
+
+def gen_simulate_code(rng, exact_pairs):
+    roll = rng.random()
+    if roll < 0.55:
+        return "#" + random_six(rng).upper()
+    if roll < 0.8:
+        return gen_code(rng, exact_pairs)
+    if roll < 0.9:
+        # Near-blacks and near-whites, where the linear toe and the clamping at 1 sit.
+        low = rng.random() < 0.5
+        return "#" + "".join("%02X" % (rng.randint(0, 24) if low else rng.randint(230, 255))
+                             for _ in range(3))
+    return gen_junk(rng)
 
 
 def check_failure(label, status, stderr):
@@ -641,6 +689,18 @@ DESCRIPTION_EXAMPLES = (
     (colorref.color_name, ("#FFF",), "New Color"),
     (lambda text: colorref.shade_ladder(text)[-1], ("#000000",),
      {"label": 900, "hex": "#000000", "isBase": True}),
+    (colorref.simulated, ("#000000", "protanopia"), "#000000"),
+    (colorref.simulated, ("#000000", "deuteranopia"), "#000000"),
+    (colorref.simulated, ("#000000", "tritanopia"), "#000000"),
+    (colorref.simulated, (" #ff0000\n", "normal"), " #ff0000\n"),
+    (colorref.simulated, ("#abc", "tritanopia"), "#abc"),
+    (colorref.simulated, ("nope", "protanopia"), "nope"),
+    # "Close to white": every channel of white within one step of 255 for all three types.
+    (lambda text: all(min(colorref.hex_to_rgb(colorref.simulated(text, t))) >= 254
+                      for t in colorref.SIMULATION_TYPES), ("#FFFFFF",), True),
+    # A negative product is clamped to 0, not wrapped: pure blue loses all its red.
+    (lambda text: all(colorref.hex_to_rgb(colorref.simulated(text, t))[0] == 0
+                      for t in colorref.SIMULATION_TYPES), ("#0000FF",), True),
 )
 
 
@@ -662,8 +722,9 @@ def main():
     parser.add_argument("--binary", required=True, help="path of the hueshelf executable")
     parser.add_argument("--seed", type=int, default=DEFAULT_SEED)
     parser.add_argument("--count", type=int, default=3000,
-                        help="number of random inputs over the three commands (a fixed sweep of "
-                        "greys and exact-limit colours comes on top)")
+                        help="number of random inputs over color, contrast and shades, and a "
+                        "third as many for simulate (fixed sweeps of greys, exact-limit colours "
+                        "and single channels come on top)")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 2)
     parser.add_argument("--show", type=int, default=20, help="mismatches to print")
     options = parser.parse_args()
@@ -699,6 +760,15 @@ def main():
         contrasts.append((foreground, background, gen_target(rng, foreground, background)))
     shades = [gen_valid_colour(rng, exact_pairs) for _ in range(shades_count)]
 
+    # A generator of its own, so that adding this command left the other inputs as they were.
+    simulate_rng = random.Random(options.seed + 1)
+    simulate_codes = [gen_simulate_code(simulate_rng, exact_pairs)
+                      for _ in range(max(1, options.count // 3))] + simulation_sweep()
+    simulate_batches = [simulate_codes[i:i + COLOR_BATCH]
+                        for i in range(0, len(simulate_codes), COLOR_BATCH)]
+    simulate_batches.append(
+        [code for code in simulate_codes if colorref.parse_color_code(code) is not None][:40])
+
     with tempfile.TemporaryDirectory(prefix="hueshelf-differential-") as home:
         # The colour commands touch no store; a private home makes sure of it.
         env = dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=home,
@@ -710,6 +780,8 @@ def main():
             futures = [pool.submit(check_color_batch, binary, env, batch) for batch in batches]
             futures += [pool.submit(check_contrast, binary, env, *pair) for pair in contrasts]
             futures += [pool.submit(check_shades, binary, env, code) for code in shades]
+            futures += [pool.submit(check_simulate_batch, binary, env, batch)
+                        for batch in simulate_batches]
             tally = Tally()
             for future in futures:
                 for label, mismatches in future.result():
@@ -723,9 +795,10 @@ def main():
     if len(tally.reports) > options.show:
         print("... and %d more mismatching cases" % (len(tally.reports) - options.show))
     print("seed %d: %d color codes (%d of them a sweep of greys, exact limits and %d name changes"
-          " at a limit) in %d batches, %d contrast pairs, %d shade ladders"
+          " at a limit) in %d batches, %d contrast pairs, %d shade ladders, %d simulated codes in"
+          " %d batches"
           % (options.seed, len(codes), len(sweep), flips, len(batches), len(contrasts),
-             len(shades)))
+             len(shades), len(simulate_codes), len(simulate_batches)))
     print("%d passed, %d failed" % (tally.passed, tally.failed))
     return 1 if tally.failed else 0
 

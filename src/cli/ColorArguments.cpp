@@ -1,5 +1,9 @@
 #include "cli/ColorArguments.h"
 
+#include "cli/Invocation.h"
+
+#include <QJsonArray>
+
 using namespace Qt::StringLiterals;
 
 namespace hueshelf::cli::ColorArguments {
@@ -45,6 +49,28 @@ QString unreadableMessage(const QStringList& inputs) {
     for (const QString& input : inputs)
         all << quoted(input);
     return u"Not a color code: "_s + all.join(u", "_s);
+}
+
+int reportEachCode(Invocation& call, const std::function<CodeReport(const QString&)>& describe) {
+    QJsonArray array;
+    QStringList unreadable;
+    bool first = true;
+    for (const QString& input : call.positionals()) {
+        const CodeReport report = describe(input);
+        if (!report.isReadable)
+            unreadable << input;
+        if (call.json()) {
+            array.append(report.json);
+        } else {
+            call.out() << (first ? u""_s : u"\n"_s) << report.text;
+            first = false;
+        }
+    }
+    if (call.json())
+        call.printJson(array);
+    if (!unreadable.isEmpty())
+        return call.fail(unreadableMessage(unreadable));
+    return ExitStatus::success;
 }
 
 } // namespace hueshelf::cli::ColorArguments

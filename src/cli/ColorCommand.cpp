@@ -70,26 +70,11 @@ QString textOf(const QString& input, const std::optional<ColorFacts>& facts) {
 }
 
 int runColor(Invocation& call) {
-    QJsonArray array;
-    QStringList unreadable;
-    bool first = true;
-    for (const QString& input : call.positionals()) {
-        const std::optional<ColorFacts> facts = factsOf(input);
-        if (!facts)
-            unreadable << input;
-        if (call.json()) {
-            array.append(jsonOf(input, facts));
-        } else {
-            call.out() << (first ? u""_s : u"\n"_s) << textOf(input, facts);
-            first = false;
-        }
-    }
-    if (call.json())
-        call.printJson(array);
-    // Every argument is printed first, so a script sees which of several codes failed.
-    if (!unreadable.isEmpty())
-        return call.fail(ColorArguments::unreadableMessage(unreadable));
-    return ExitStatus::success;
+    return ColorArguments::reportEachCode(call, [](const QString& input) {
+        const auto facts = factsOf(input);
+        return ColorArguments::CodeReport{facts.has_value(), jsonOf(input, facts),
+                                          textOf(input, facts)};
+    });
 }
 
 } // namespace

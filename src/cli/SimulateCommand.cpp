@@ -54,26 +54,10 @@ QString textOf(const QString& input, const std::optional<QString>& hex) {
 }
 
 int runSimulate(Invocation& call) {
-    QJsonArray array;
-    QStringList unreadable;
-    bool first = true;
-    for (const QString& input : call.positionals()) {
-        const std::optional<QString> hex = ColorUtils::parseColorCode(input);
-        if (!hex)
-            unreadable << input;
-        if (call.json()) {
-            array.append(jsonOf(input, hex));
-        } else {
-            call.out() << (first ? u""_s : u"\n"_s) << textOf(input, hex);
-            first = false;
-        }
-    }
-    if (call.json())
-        call.printJson(array);
-    // As with `color`: everything is printed first, so a script sees which codes failed.
-    if (!unreadable.isEmpty())
-        return call.fail(ColorArguments::unreadableMessage(unreadable));
-    return ExitStatus::success;
+    return ColorArguments::reportEachCode(call, [](const QString& input) {
+        const auto hex = ColorUtils::parseColorCode(input);
+        return ColorArguments::CodeReport{hex.has_value(), jsonOf(input, hex), textOf(input, hex)};
+    });
 }
 
 } // namespace

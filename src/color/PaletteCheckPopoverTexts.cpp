@@ -6,8 +6,7 @@ namespace hueshelf::PaletteCheck {
 
 namespace {
 
-const QString kLockedColorNote =
-    u"Fix won't change a locked color, so adjust one by hand."_s;
+const QString kLockedColorNote = u"Fix won't change a locked color, so adjust one by hand."_s;
 const QString kNoDarkColorNote =
     u"No dark color to read as text. Add one so words have something readable to sit on."_s;
 const QString kAllLightPrefix = u"All your colors are light"_s;

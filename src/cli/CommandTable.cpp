@@ -8,6 +8,7 @@ Command colorCommand();
 Command contrastCommand();
 Command shadesCommand();
 Command simulateCommand();
+Command checkCommand();
 Command palettesCommand();
 Command showCommand();
 Command useCommand();
@@ -21,6 +22,7 @@ const std::vector<Command>& commandTable() {
         contrastCommand(),
         shadesCommand(),
         simulateCommand(),
+        checkCommand(),
         palettesCommand(),
         showCommand(),
         useCommand(),

@@ -303,7 +303,7 @@ def find_lightness_move(issue, colours, issues):
         return None
     known = {known_issue["id"] for known_issue in issues}
     pair = (issue["color"], issue["other"])
-    best = None
+    best, best_steps = None, None
     for place, moved in enumerate(pair):
         hsl = hsl_of(moved["hex"])
         if moved["isLocked"] or hsl is None:
@@ -323,8 +323,11 @@ def find_lightness_move(issue, colours, issues):
                     continue
                 move = {"colorID": moved["id"], "name": moved["name"], "fromHex": moved["hex"],
                         "toHex": candidate, "lightnessChange": target - l}
-                if best is None or abs(move["lightnessChange"]) < abs(best["lightnessChange"]):
-                    best = move
+                # The size of a change is its number of 1% steps. Compared as the doubles
+                # l + 0.05 - l and l - 0.05 - l, two changes of five steps can differ in the
+                # last bit, and the earlier candidate would lose a tie it is meant to keep.
+                if best is None or n < best_steps:
+                    best, best_steps = move, n
                 break
     return best
 
@@ -375,20 +378,6 @@ def move_text(move):
     change = move["lightnessChange"]
     return "%s is %d%% %s, same hue." % (move["name"], colorref.round_half_away(abs(change) * 100),
                                          "darker" if change < 0 else "lighter")
-
-
-def look_alike_note(issue, palette_locked):
-    if palette_locked:
-        return "Shown as they see them. Unlock the palette to fix."
-    move = issue["move"]
-    if move is not None:
-        return ("Shown as they see them. Fix " + ("darkens" if move["lightnessChange"] < 0
-                                                  else "lightens")
-                + " " + move["name"] + " a little.")
-    if not issue["color"]["isLocked"] and not issue["other"]["isLocked"]:
-        return ("Shown as they see them. Any change would cause another problem, so make one "
-                "lighter or darker by hand.")
-    return "Shown as they see them. Fix won't change a locked color, so adjust one by hand."
 
 
 # --- colour theory ------------------------------------------------------------------------------

@@ -28,33 +28,28 @@ double stampOf(const std::optional<QJsonObject>& file) {
     return value.isDouble() ? value.toDouble() : 0.0;
 }
 
-// The file's palettes, when it has a list that decodes.
-bool loadFromFile(const QJsonObject& file, const Clock& clock, LoadedTemplates& loaded) {
-    const std::optional<QByteArray> data = PreferencesFile::templatesData(file);
+// A stored palette list with its active id, when the list is there and decodes.
+bool loadList(const std::optional<QByteArray>& data, const std::optional<QString>& activeText,
+              const Clock& clock, LoadedTemplates& loaded) {
     if (!data)
         return false;
     std::optional<QList<ColorTemplate>> templates = TemplateJson::decodeTemplates(*data, clock);
     if (!templates)
         return false;
     loaded.templates = std::move(*templates);
-    loaded.activeTemplateId =
-        chooseActiveId(textValue(file, PreferencesKeys::activeTemplateId), loaded.templates);
+    loaded.activeTemplateId = chooseActiveId(activeText, loaded.templates);
     loaded.dataHash = PreferencesFile::dataHash(*data);
     return true;
 }
 
+bool loadFromFile(const QJsonObject& file, const Clock& clock, LoadedTemplates& loaded) {
+    return loadList(PreferencesFile::templatesData(file),
+                    textValue(file, PreferencesKeys::activeTemplateId), clock, loaded);
+}
+
 bool loadFromSettings(const QSettings& settings, const Clock& clock, LoadedTemplates& loaded) {
-    const std::optional<QByteArray> data = SettingsStore::templatesData(settings);
-    if (!data)
-        return false;
-    std::optional<QList<ColorTemplate>> templates = TemplateJson::decodeTemplates(*data, clock);
-    if (!templates)
-        return false;
-    loaded.templates = std::move(*templates);
-    loaded.activeTemplateId =
-        chooseActiveId(SettingsStore::activeTemplateIdText(settings), loaded.templates);
-    loaded.dataHash = PreferencesFile::dataHash(*data);
-    return true;
+    return loadList(SettingsStore::templatesData(settings),
+                    SettingsStore::activeTemplateIdText(settings), clock, loaded);
 }
 
 void loadFirstLaunch(const Clock& clock, LoadedTemplates& loaded) {

@@ -143,60 +143,6 @@ TEST_F(CheckCommand, PeopleGetTheIssuesFixesAndNotesWithoutJson) {
     EXPECT_TRUE(outcome.out.contains(u"#445568  Slate Too  Dark Accent\n"_s));
 }
 
-TEST_F(CheckCommand, ColorsAreNamedAsANewBlankPaletteNamesThem) {
-    const CliOutcome outcome = runCli(
-        {u"check"_s, u"--colors"_s, u"#ffffff"_s, u"FFFFFF"_s, u"rgb(0, 0, 0)"_s, u"--json"_s});
-    ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
-    const QJsonObject report = outcome.json().object();
-    EXPECT_TRUE(report.value(u"name"_s).isNull());
-    const QJsonArray colors = report.value(u"colors"_s).toArray();
-    ASSERT_EQ(colors.size(), 3);
-    const QString white = ColorUtils::colorName(u"#FFFFFF"_s);
-    EXPECT_EQ(colors.at(0)[u"name"_s].toString(), white);
-    EXPECT_EQ(colors.at(1)[u"name"_s].toString(), white + u" 2"_s);
-    EXPECT_EQ(colors.at(2)[u"name"_s].toString(), ColorUtils::colorName(u"#000000"_s));
-    EXPECT_EQ(colors.at(1)[u"hex"_s].toString(), u"#FFFFFF"_s);
-    EXPECT_EQ(colors.at(2)[u"hex"_s].toString(), u"#000000"_s);
-    EXPECT_FALSE(colors.at(2)[u"isLocked"_s].toBool());
-    // Two whites are one near-duplicate and the only issue: black reads on white.
-    EXPECT_EQ(report.value(u"summary"_s).toString(), u"1 thing to fix"_s);
-    const QJsonArray issues = report.value(u"issues"_s).toArray();
-    ASSERT_EQ(issues.size(), 1);
-    EXPECT_EQ(issues.at(0)[u"text"_s].toString(),
-              white + u" and "_s + white + u" 2 are almost the same color."_s);
-}
-
-// A red and a green of equal weight collapse for red-green vision; the check moves one of them
-// and the moved code, checked again, leaves the pair apart.
-TEST_F(CheckCommand, ALookAlikeFixSeparatesThePairWhenApplied) {
-    const QStringList codes{u"#B8502E"_s, u"#6E7F1F"_s};
-    CliOutcome outcome = runCli(QStringList{u"check"_s, u"--json"_s, u"--colors"_s} + codes);
-    ASSERT_EQ(outcome.status, 0) << outcome.err.toStdString();
-    const QJsonArray issues = outcome.json().object().value(u"issues"_s).toArray();
-    ASSERT_EQ(issues.size(), 1) << outcome.out.toStdString();
-    const QJsonObject issue = issues.at(0).toObject();
-    EXPECT_EQ(issue.value(u"kind"_s).toString(), u"lookAlike"_s);
-    EXPECT_EQ(issue.value(u"vision"_s).toString(), u"deuteranopia"_s);
-    EXPECT_TRUE(
-        issue.value(u"text"_s).toString().endsWith(u" look the same to red‑green vision."_s));
-    ASSERT_TRUE(issue.value(u"canFix"_s).toBool());
-    const QJsonObject move = issue.value(u"move"_s).toObject();
-    const int moved = move.value(u"color"_s).toInt();
-    ASSERT_TRUE(moved == 0 || moved == 1);
-    EXPECT_EQ(move.value(u"fromHex"_s).toString(), codes.at(moved));
-    EXPECT_EQ(issue.value(u"fixedHex"_s).toString(), move.value(u"toHex"_s).toString());
-    const double change = move.value(u"lightnessChange"_s).toDouble();
-    EXPECT_NEAR(ColorUtils::hexToHSL(move.value(u"toHex"_s).toString())->l -
-                    ColorUtils::hexToHSL(codes.at(moved))->l,
-                change, 0.01);
-
-    QStringList fixedCodes = codes;
-    fixedCodes[moved] = issue.value(u"fixedHex"_s).toString();
-    outcome =
-        runCli(QStringList{u"check"_s, u"--json"_s, u"--strict"_s, u"--colors"_s} + fixedCodes);
-    EXPECT_EQ(outcome.status, 0) << outcome.out.toStdString();
-}
-
 TEST_F(CheckCommand, RefusesInputItCannotUse) {
     seedBoth();
     struct Case {

@@ -149,13 +149,6 @@ std::optional<qsizetype> ColorStorage::addColor(const QString& hex) {
 }
 
 QUuid ColorStorage::addBlankTemplate() {
-    QStringList templateNames;
-    templateNames.reserve(m_templates.size());
-    for (const ColorTemplate& palette : std::as_const(m_templates))
-        templateNames.append(palette.name);
-    const QString name = TemplateNaming::uniqueTemplateName(
-        TemplateNaming::blankTemplateName(m_templates.size()), templateNames);
-
     QList<ColorItem> colors;
     QStringList madeNames;
     for (const QString& code : {u"#F5F5F5"_s, u"#E5E5E5"_s, u"#D4D4D4"_s}) {
@@ -164,9 +157,9 @@ QUuid ColorStorage::addBlankTemplate() {
         colors.append(ColorItem::make(colorName, code, true));
     }
 
-    const ColorTemplate palette = ColorTemplate::makeNew(name, colors, m_clock.nowMs());
-    addTemplate(palette);
-    announce(StoreTexts::createdAnnouncement(name), StoreTexts::createdIcon);
+    const ColorTemplate palette =
+        createTemplate(TemplateNaming::blankTemplateName(m_templates.size()), colors);
+    announce(StoreTexts::createdAnnouncement(palette.name), StoreTexts::createdIcon);
 
     // Only the latest blank palette asks to be named.
     m_renameRequest.cancel();
@@ -179,6 +172,18 @@ void ColorStorage::addTemplate(const ColorTemplate& palette) {
     Q_EMIT templatesChanged();
     setActiveTemplateId(palette.id);
     saveTemplates();
+}
+
+ColorTemplate ColorStorage::createTemplate(const QString& wantedName,
+                                           const QList<ColorItem>& colors) {
+    QStringList templateNames;
+    templateNames.reserve(m_templates.size());
+    for (const ColorTemplate& palette : std::as_const(m_templates))
+        templateNames.append(palette.name);
+    const ColorTemplate palette = ColorTemplate::makeNew(
+        TemplateNaming::uniqueTemplateName(wantedName, templateNames), colors, m_clock.nowMs());
+    addTemplate(palette);
+    return palette;
 }
 
 void ColorStorage::selectTemplate(const QUuid& id) {

@@ -86,6 +86,10 @@ public:
     // A palette made elsewhere by the new-palette rule (generators, links, files): appended,
     // made active, saved. The maker announces in its own words.
     void addTemplate(const ColorTemplate& palette);
+    // The generators' and the extractor's "Create palette": a fresh palette under the wanted name
+    // made unique among the palette names (" 2", " 3", ...), appended, made active, saved.
+    // Answers the palette as added; the caller announces it.
+    ColorTemplate createTemplate(const QString& wantedName, const QList<ColorItem>& colors);
 
     // No guard: a locked palette can be selected. Unknown ids do nothing.
     void selectTemplate(const QUuid& id);

@@ -28,6 +28,8 @@ inline const QString deleteTemplateConfirmation =
 
 // Announcements.
 inline const QString createdIcon = QStringLiteral("plus.circle.fill");
+// A palette made by a generator or from an image.
+inline const QString generatedIcon = QStringLiteral("paintpalette.fill");
 inline const QString deletedIcon = QStringLiteral("trash.fill");
 inline const QString templateDeletedAnnouncement = QStringLiteral("Palette deleted");
 

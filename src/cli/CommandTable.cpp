@@ -12,6 +12,9 @@ Command checkCommand();
 Command palettesCommand();
 Command showCommand();
 Command useCommand();
+Command schemeCommand();
+Command darkCommand();
+Command extractCommand();
 Command helpCommand();
 
 const std::vector<Command>& commandTable() {
@@ -26,6 +29,9 @@ const std::vector<Command>& commandTable() {
         palettesCommand(),
         showCommand(),
         useCommand(),
+        schemeCommand(),
+        darkCommand(),
+        extractCommand(),
         helpCommand(),
     };
     // clang-format on

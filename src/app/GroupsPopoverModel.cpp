@@ -2,8 +2,7 @@
 
 #include "model/ColorStorage.h"
 #include "model/StoreTexts.h"
-
-#include <QTextBoundaryFinder>
+#include "util/UserCharacters.h"
 
 namespace hueshelf::app {
 
@@ -70,14 +69,7 @@ bool GroupsPopoverModel::canEdit() const {
 }
 
 QString GroupsPopoverModel::cutName(const QString& text) {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    qsizetype end = 0;
-    for (int i = 0; i < nameLimit; ++i) {
-        end = finder.toNextBoundary();
-        if (end < 0)
-            return text;
-    }
-    return text.left(end);
+    return UserCharacters::first(text, nameLimit);
 }
 
 // --- Actions ---------------------------------------------------------------------------------

@@ -1,39 +1,17 @@
 #include "exchange/PaletteFile.h"
 
 #include "color/ColorUtils.h"
+#include "util/UserCharacters.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTextBoundaryFinder>
 
 using namespace Qt::StringLiterals;
 
 namespace hueshelf::PaletteFile {
 
 namespace {
-
-// Limits count what a reader sees as characters, so an accented letter or an emoji written
-// with several code points counts once.
-int characterCount(const QString& text) {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    int count = 0;
-    while (finder.toNextBoundary() > 0)
-        ++count;
-    return count;
-}
-
-QString firstCharacters(const QString& text, int limit) {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    qsizetype end = 0;
-    for (int i = 0; i < limit; ++i) {
-        const qsizetype next = finder.toNextBoundary();
-        if (next < 0)
-            return text;
-        end = next;
-    }
-    return text.left(end);
-}
 
 bool isAllHex(const QString& digits) {
     for (const QChar c : digits) {
@@ -64,7 +42,7 @@ std::optional<ColorItem> colorOf(const QJsonObject& entry) {
     if (name.isEmpty()) {
         color.name = ColorUtils::colorName(*hex);
     } else {
-        color.name = firstCharacters(name, maxColorNameLength);
+        color.name = UserCharacters::first(name, maxColorNameLength);
         color.isAutoNamed = false;
     }
     const QJsonValue divider = entry.value(u"dividerBefore"_s);
@@ -72,7 +50,7 @@ std::optional<ColorItem> colorOf(const QJsonObject& entry) {
         color.dividerBefore = true;
         const QJsonValue label = entry.value(u"dividerLabel"_s);
         if (label.isString())
-            color.dividerLabel = firstCharacters(label.toString(), maxDividerLabelLength);
+            color.dividerLabel = UserCharacters::first(label.toString(), maxDividerLabelLength);
     }
     return color;
 }
@@ -120,7 +98,7 @@ PaletteFileResult parsePaletteFile(const QByteArray& data) {
         if (!entry.isObject())
             return failure(notAPaletteMessage()); // one foreign entry fails the whole file
     }
-    if (characterCount(name.toString()) > maxNameLength)
+    if (UserCharacters::count(name.toString()) > maxNameLength)
         return failure(u"Palette name is too long. Maximum 100 characters."_s);
     if (entries.size() > maxColorCount)
         return failure(u"Palette has too many colors. Maximum 200."_s);

@@ -182,7 +182,7 @@ MoveSearch::Candidate& MoveSearch::candidate(qsizetype index, bool cached,
         if (entry) {
             return *entry;
         }
-        entry.emplace();
+        entry = Candidate{};
         slot = &*entry;
     } else {
         m_scratch.acceptable = -1;

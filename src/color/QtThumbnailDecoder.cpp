@@ -1,11 +1,14 @@
-// Every other format through Qt's image plugins: GIF (its first frame), WebP, TIFF, BMP and
-// whatever else is installed. These decode the whole picture, so its claimed size is checked
+// The other promised formats through Qt's image plugins: GIF (its first frame), WebP, TIFF and
+// BMP. Whatever else happens to be installed (icons, SVG, MNG, TGA, the portable bitmaps...) is
+// refused: each plugin is more code that strangers' files can reach, for formats nobody was
+// promised. These decode the whole picture, so its claimed size is checked
 // before a pixel is read, and Qt's own allocation limit stands behind that check for formats
 // that don't tell their size up front.
 
 #include "color/ThumbnailAccumulator.h"
 #include "color/ThumbnailDecoders.h"
 
+#include <QByteArrayList>
 #include <QImageIOHandler>
 #include <QImageReader>
 
@@ -33,6 +36,10 @@ std::optional<QImage> decodeWithQt(QFile& file, const ThumbnailLimits& limits) {
     // On a device the reader asks each plugin about the content; the name plays no part.
     QImageReader reader(&file);
     if (!reader.canRead()) {
+        return std::nullopt;
+    }
+    static const QByteArrayList promised{"gif", "webp", "tif", "tiff", "bmp"};
+    if (!promised.contains(reader.format().toLower())) {
         return std::nullopt;
     }
     const QSize size = reader.size();

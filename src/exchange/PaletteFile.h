@@ -3,6 +3,8 @@
 #include "model/ColorItem.h"
 
 #include <QByteArray>
+#include <QDateTime>
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 
@@ -38,6 +40,32 @@ PaletteFileResult parsePaletteFile(const QByteArray& data);
 // A file's colour code: blanks trimmed, one "#" dropped, three or six hex digits (three are
 // widened), as "#RRGGBB"; absent for anything else.
 std::optional<QString> normalizeFileHex(const QString& text);
+
+// --- Writing ---------------------------------------------------------------------------------
+
+inline const QString fileExtension = QStringLiteral("hueshelf");
+inline const QString fileVersion = QStringLiteral("2.0");
+
+// The file's object: the name, every colour in order (code as stored, name, and a divider only
+// where there is one), the moment of saving in UTC to the second, and the version. The writer
+// has no limits of its own; the reader's limits are the ones that count.
+QJsonObject exportDictionary(const QString& name, const QList<ColorItem>& colors,
+                             const QDateTime& date);
+// The object as a file's bytes: UTF-8, pretty-printed, keys sorted.
+QByteArray exportBytes(const QString& name, const QList<ColorItem>& colors, const QDateTime& date);
+
+// A file name without extension: the nine characters that file systems refuse become "-",
+// blanks and dashes are trimmed from both ends, and "Palette" stands in for nothing.
+QString suggestedFileName(const QString& paletteName);
+// What the save dialog's name field starts with: the suggested name and ".hueshelf", unless the
+// name already ends in it.
+QString saveDialogFileName(const QString& paletteName);
+// The chosen path, made to end in ".hueshelf": kept if its extension already is that in any
+// case, otherwise its extension (if any) is replaced. "Brand.json" becomes "Brand.hueshelf".
+QString withFileExtension(const QString& chosenPath);
+
+// Whether a dropped file is read as a palette file: its extension, lower-cased, is "hueshelf".
+bool isPaletteFilePath(const QString& path);
 
 } // namespace PaletteFile
 } // namespace hueshelf

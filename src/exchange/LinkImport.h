@@ -1,0 +1,24 @@
+#pragma once
+
+#include "exchange/PaletteImport.h"
+#include "exchange/PaletteLink.h"
+
+namespace hueshelf {
+
+class ColorStorage;
+
+// Adding the palette of a decoded link to the store, for the preview's "Add to HueShelf" and
+// for the command line alike.
+namespace LinkImport {
+
+// When the store already holds the same palette (compared as a palette file's would be), that
+// one becomes active and the store saves; the outcome is alreadyHave with "You already have
+// this palette.". Otherwise a new palette under a name made free with " (1)", " (2)", ... is
+// appended, made active and saved; the outcome is imported with Imported "NAME", the name as
+// added. Nothing is announced here: the bar toasts only the first case, on the next turn, and
+// the command line prints either message.
+PaletteImportOutcome addDecodedPalette(ColorStorage& storage, const PaletteLink::Palette& palette,
+                                       double nowMs);
+
+} // namespace LinkImport
+} // namespace hueshelf

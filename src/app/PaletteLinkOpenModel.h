@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchange/LinkImport.h"
 #include "exchange/PaletteImport.h"
 #include "exchange/PaletteLink.h"
 
@@ -20,9 +21,7 @@ namespace hueshelf::app {
 
 namespace PaletteLinkOpenTexts {
 // The alert's title and button are those of a palette file that can't be opened.
-inline const QString alertText =
-    QStringLiteral("That link isn't a HueShelf palette. It may have been cut short when it was "
-                   "copied, or made with a newer version of HueShelf.");
+inline const QString alertText = LinkImport::openFailureText;
 inline const QString previewTitle = QStringLiteral("Open in HueShelf");
 inline const QString heading = QStringLiteral("Someone shared a palette");
 inline const QString note = QStringLiteral(

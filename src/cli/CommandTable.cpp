@@ -15,6 +15,9 @@ Command useCommand();
 Command schemeCommand();
 Command darkCommand();
 Command extractCommand();
+Command linkCommand();
+Command exportCommand();
+Command importCommand();
 Command helpCommand();
 
 const std::vector<Command>& commandTable() {
@@ -32,6 +35,9 @@ const std::vector<Command>& commandTable() {
         schemeCommand(),
         darkCommand(),
         extractCommand(),
+        linkCommand(),
+        exportCommand(),
+        importCommand(),
         helpCommand(),
     };
     // clang-format on

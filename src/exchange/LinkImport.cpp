@@ -4,7 +4,22 @@
 #include "exchange/PaletteIdentity.h"
 #include "model/ColorStorage.h"
 
+#include <QUrl>
+
 namespace hueshelf::LinkImport {
+
+bool isOwnSchemeLink(const QString& text) {
+    const QUrl url(text);
+    return url.scheme().toLower() == QStringLiteral("hueshelf") &&
+           url.host().toLower() == QStringLiteral("import");
+}
+
+bool isWebLink(const QString& text) {
+    const QUrl url(text);
+    return url.scheme().toLower() == QStringLiteral("https") &&
+           url.host().toLower() == PaletteLink::linkHost().toLower() &&
+           url.path().startsWith(QStringLiteral("/p/"));
+}
 
 PaletteImportOutcome addDecodedPalette(ColorStorage& storage, const PaletteLink::Palette& palette,
                                        double nowMs) {

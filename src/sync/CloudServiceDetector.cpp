@@ -1,6 +1,7 @@
 #include "sync/CloudServiceDetector.h"
 
 #include "sync/CloudConfigReaders.h"
+#include "sync/SyncFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -170,7 +171,7 @@ QList<DetectedCloudService> CloudServiceDetector::detectLinuxServices() const {
 std::optional<FoundSyncFolder>
 CloudServiceDetector::findExistingSyncFolder(const QList<DetectedCloudService>& services) {
     for (const DetectedCloudService& service : services) {
-        const QString syncFolder = service.path + u'/' + syncFolderName;
+        const QString syncFolder = service.path + u'/' + SyncFolder::folderName;
         if (isDirectory(syncFolder))
             return FoundSyncFolder{service, syncFolder};
     }

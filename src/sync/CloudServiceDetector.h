@@ -37,8 +37,6 @@ struct FoundSyncFolder {
 // no client is asked, and nothing is written.
 class CloudServiceDetector {
 public:
-    static inline const QString syncFolderName = QStringLiteral("HueShelf Sync");
-
     explicit CloudServiceDetector(CloudServiceRoots roots) : m_roots(std::move(roots)) {}
 
     const CloudServiceRoots& roots() const { return m_roots; }

@@ -105,6 +105,11 @@ void ColorStorage::setColorAwaitingEdit(const std::optional<QUuid>& colorId) {
     Q_EMIT colorAwaitingEditChanged();
 }
 
+void ColorStorage::setPendingConflicts(const QList<SyncConflict>& conflicts) {
+    m_pendingConflicts = conflicts;
+    Q_EMIT pendingConflictsChanged();
+}
+
 void ColorStorage::setSyncing(bool syncing) {
     if (m_isSyncing == syncing)
         return;

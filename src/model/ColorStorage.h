@@ -6,6 +6,7 @@
 #include "model/ShadowTemplateState.h"
 #include "model/TemplateEncodingCache.h"
 #include "model/TemplateWriter.h"
+#include "sync/SyncConflict.h"
 #include "util/Clock.h"
 #include "util/Scheduler.h"
 
@@ -34,6 +35,8 @@ class ColorStorage final : public QObject {
                    isEditorPopoverOpenChanged)
     Q_PROPERTY(std::optional<QUuid> colorAwaitingEdit READ colorAwaitingEdit WRITE
                    setColorAwaitingEdit NOTIFY colorAwaitingEditChanged)
+    Q_PROPERTY(QList<hueshelf::SyncConflict> pendingConflicts READ pendingConflicts WRITE
+                   setPendingConflicts NOTIFY pendingConflictsChanged)
     Q_PROPERTY(bool isSyncing READ isSyncing WRITE setSyncing NOTIFY isSyncingChanged)
     Q_PROPERTY(hueshelf::CloudSyncStatus cloudSyncStatus READ cloudSyncStatus WRITE
                    setCloudSyncStatus NOTIFY cloudSyncStatusChanged)
@@ -65,6 +68,10 @@ public:
 
     std::optional<QUuid> colorAwaitingEdit() const { return m_colorAwaitingEdit; }
     void setColorAwaitingEdit(const std::optional<QUuid>& colorId);
+
+    // What the last sync could not reconcile; filled by the sync, read by nothing yet.
+    const QList<SyncConflict>& pendingConflicts() const { return m_pendingConflicts; }
+    void setPendingConflicts(const QList<SyncConflict>& conflicts);
 
     bool isSyncing() const { return m_isSyncing; }
     void setSyncing(bool syncing);
@@ -142,6 +149,7 @@ public:
     void setShadowState(const QUuid& id, const ShadowTemplateState& state) {
         m_shadowState[id] = state;
     }
+    void removeShadowState(const QUuid& id) { m_shadowState.remove(id); }
 
     // The list as this store and the file last agreed on, and that agreement's stamp: the base
     // of every three-way merge.
@@ -163,6 +171,7 @@ Q_SIGNALS:
     void activeTemplateIdChanged();
     void isEditorPopoverOpenChanged();
     void colorAwaitingEditChanged();
+    void pendingConflictsChanged();
     void isSyncingChanged();
     void cloudSyncStatusChanged();
 
@@ -191,6 +200,7 @@ private:
     QUuid m_activeTemplateId;
     bool m_isEditorPopoverOpen = false;
     std::optional<QUuid> m_colorAwaitingEdit;
+    QList<SyncConflict> m_pendingConflicts;
     bool m_isSyncing = false;
     CloudSyncStatus m_cloudSyncStatus;
 

@@ -49,6 +49,18 @@ void PreferencesWriter::writeTemplates(const SaveRequest& request, Written writt
     });
 }
 
+void PreferencesWriter::postThenDeliver(std::function<std::function<void()>()> job) {
+    post([this, job = std::move(job)] {
+        std::function<void()> step = job();
+        {
+            const QMutexLocker locker(&m_completedMutex);
+            m_completed.push_back(std::move(step));
+        }
+        QMetaObject::invokeMethod(
+            &m_mainContext, [this] { deliverCompleted(); }, Qt::QueuedConnection);
+    });
+}
+
 bool PreferencesWriter::deliverCompleted() {
     bool delivered = false;
     for (;;) {

@@ -36,6 +36,9 @@ public:
 
     // Runs `job` on the ioQueue after everything handed over before it.
     void post(std::function<void()> job);
+    // The same for a job with a result for the main thread: the step that `job` answers runs
+    // here, in order with the completions of writes, and drain() waits for it like for them.
+    void postThenDeliver(std::function<std::function<void()>()> job);
 
     // Blocks until the ioQueue has run everything queued and the completions of those writes
     // have run here, including whatever they queued in turn. For the end of the run: save,

@@ -11,6 +11,7 @@
 #include <initializer_list>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace hueshelf::testing {
 
@@ -22,7 +23,15 @@ inline ColorTemplate palette(const QString& name,
     return ColorTemplate::makeNew(name, items, 1'700'000'000'000.0);
 }
 
-// A store on manual time without a writer: saves stop once they have stamped.
+// A toast that code without a view asked the store for.
+struct Announcement {
+    QString message;
+    QString icon;
+    friend bool operator==(const Announcement&, const Announcement&) = default;
+};
+
+// A store on manual time without a writer: saves stop once they have stamped. It keeps the
+// toasts it was asked for.
 struct TestStore {
     explicit TestStore(const QList<ColorTemplate>& templates, QUuid active = {}) {
         LoadedTemplates loaded;
@@ -30,11 +39,16 @@ struct TestStore {
         loaded.activeTemplateId =
             !active.isNull() || templates.isEmpty() ? active : templates.constFirst().id;
         store = std::make_unique<ColorStorage>(clock, scheduler, loaded);
+        QObject::connect(store.get(), &ColorStorage::announced,
+                         [this](const QString& message, const QString& icon) {
+                             announcements.push_back({message, icon});
+                         });
     }
 
     ManualClock clock;
     ManualScheduler scheduler{clock};
     std::unique_ptr<ColorStorage> store;
+    std::vector<Announcement> announcements;
 };
 
 // Widget cases need one application object for the whole test program; it is never destroyed

@@ -47,9 +47,7 @@ TEST_F(BarModelTest, SwatchesAreTheActivePalettesColoursInOrderWithTheirFillAndI
     };
     const Case cases[] = {
         {QStringLiteral("#FFFFFF"), QColor(255, 255, 255), true},
-        {QStringLiteral("#000000"), QColor(0, 0, 0), false},
         {QStringLiteral("#3B8077"), QColor(0x3B, 0x80, 0x77), false},
-        {QStringLiteral("#ABC"), QColor(0xAA, 0xBB, 0xCC), true},
         // Alpha leads in the eight-digit form, which is drawn but is no stored code: its ink is
         // the one for codes that can't be read.
         {QStringLiteral("80FF0000"), QColor(255, 0, 0, 128), true},
@@ -116,14 +114,8 @@ TEST_F(BarModelTest, CopiesInTheFormatTheSettingsFileNames) {
     const Case cases[] = {
         {"no settings file", {}, u"#3B8077"_s},
         {"file without the key", "[General]\nstartHidden=true\n", u"#3B8077"_s},
-        {"hex", "[General]\ndefaultCopyFormat=hex\n", u"#3B8077"_s},
-        {"hex without hash", "[General]\ndefaultCopyFormat=hex-no-hash\n", u"3B8077"_s},
-        {"rgb", "[General]\ndefaultCopyFormat=rgb\n", u"rgb(59, 128, 119)"_s},
         {"css variable uses the colour's name", "[General]\ndefaultCopyFormat=css-var\n",
          u"--sea-glass: #3B8077"_s},
-        {"tailwind", "[General]\ndefaultCopyFormat=tailwind\n", u"bg-[#3B8077]"_s},
-        {"unknown identifier means hex", "[General]\ndefaultCopyFormat=cmyk\n", u"#3B8077"_s},
-        {"empty value means hex", "[General]\ndefaultCopyFormat=\n", u"#3B8077"_s},
         {"quoted value from another writer", "[General]\ndefaultCopyFormat=\"tailwind\"\n",
          u"bg-[#3B8077]"_s},
     };

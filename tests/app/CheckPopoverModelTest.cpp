@@ -33,14 +33,12 @@ TEST(CheckPopoverFix, ChangesOnlyTheIssuesColorSavesAndRecords) {
     EXPECT_EQ(animated, 1);
 
     EXPECT_EQ(h.hexes(), (QStringList{u"#FFFFFF"_s, u"#7A7A00"_s, u"#AA7134"_s}));
-    EXPECT_EQ(h.active().colors.at(1).name, u"Olive"_s);
     ASSERT_EQ(h.writer.requests.size(), 1u);
     EXPECT_EQ(h.writer.lastSavedHexes(h.active().id), h.hexes());
     EXPECT_EQ(h.active().revision, revision + 1);
 
     ASSERT_TRUE(h.model->fixes().contains(issueId));
     const FixRecord record = h.model->fixes().value(issueId);
-    EXPECT_EQ(record.issue.id, issueId);
     EXPECT_EQ(record.colorID, h.idOf(u"Olive"_s));
     EXPECT_EQ(record.beforeHex, u"#C7C700"_s);
     EXPECT_EQ(record.afterHex, u"#7A7A00"_s);
@@ -58,46 +56,27 @@ TEST(CheckPopoverFix, LookAlikeFixMovesTheSearchedColor) {
 
     ASSERT_TRUE(h.model->fix(issueId));
     EXPECT_EQ(h.hexes(), (QStringList{u"#AA7134"_s, u"#DE856A"_s}));
-    const FixRecord record = h.model->fixes().value(issueId);
-    EXPECT_EQ(record.colorID, h.idOf(u"Brick"_s));
-    ASSERT_TRUE(record.issue.move);
-    EXPECT_NEAR(record.issue.move->lightnessChange, 0.13, 1e-9);
+    EXPECT_EQ(h.model->fixes().value(issueId).colorID, h.idOf(u"Brick"_s));
     EXPECT_TRUE(h.issueIds().isEmpty());
 }
 
+// The cost's wording is the fix engine's; here it reaches the record and the settled row.
 TEST(CheckPopoverFix, CostNamesTheNewLookAlikePartner) {
-    struct Case {
-        const char* name;
-        QString dark;
-        QString partner;
-        QString fixed;
-        QString cost;
-    };
-    const Case cases[] = {
-        {"blue-yellow", u"#B5A109"_s, u"#8E5AB5"_s, u"#867707"_s,
-         u"Now the same as Plum to blue‑yellow vision."_s},
-        {"red-green", u"#918633"_s, u"#3F7535"_s, u"#81782E"_s,
-         u"Now the same as Plum to red‑green vision."_s},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        CheckPopoverHarness h(checkPalette(
-            {{u"White"_s, u"#FFFFFF"_s}, {u"Ochre"_s, c.dark}, {u"Plum"_s, c.partner}}));
-        h.model->open();
-        const QString readId = h.readId(u"Ochre"_s);
-        ASSERT_TRUE(h.model->fix(readId));
-        EXPECT_EQ(h.hexOf(u"Ochre"_s), c.fixed);
-        EXPECT_EQ(h.model->fixes().value(readId).cost, c.cost);
-        const QString lookId = h.pairId("look-", u"Ochre"_s, u"Plum"_s);
-        // The new look-alike joins below the row that stays where it was.
-        EXPECT_EQ(h.model->rowOrder(), (QStringList{readId, lookId}));
+    CheckPopoverHarness h(checkPalette(
+        {{u"White"_s, u"#FFFFFF"_s}, {u"Ochre"_s, u"#B5A109"_s}, {u"Plum"_s, u"#8E5AB5"_s}}));
+    const QString readId = h.openAndFix(u"Ochre"_s);
+    const QString cost = u"Now the same as Plum to blue‑yellow vision."_s;
+    EXPECT_EQ(h.hexOf(u"Ochre"_s), u"#867707"_s);
+    EXPECT_EQ(h.model->fixes().value(readId).cost, cost);
+    const QString lookId = h.pairId("look-", u"Ochre"_s, u"Plum"_s);
+    // The new look-alike joins below the row that stays where it was.
+    EXPECT_EQ(h.model->rowOrder(), (QStringList{readId, lookId}));
 
-        const QList<CheckRow> rows = h.model->verdictPage().rows;
-        ASSERT_EQ(rows.size(), 2);
-        EXPECT_TRUE(rows[0].isSettled);
-        EXPECT_EQ(rows[0].cost, c.cost);
-        EXPECT_FALSE(rows[1].isSettled);
-    }
+    const QList<CheckRow> rows = h.model->verdictPage().rows;
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_TRUE(rows[0].isSettled);
+    EXPECT_EQ(rows[0].cost, cost);
+    EXPECT_FALSE(rows[1].isSettled);
 }
 
 TEST(CheckPopoverFix, RefusalsLeaveThePaletteAndTheFileAlone) {
@@ -164,9 +143,7 @@ TEST(CheckPopoverUndo, GuardIsTheLongerOfDoubleClickAndPointThreeFive) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.doubleClick);
         CheckPopoverHarness h(yellowOnWhite(), c.doubleClick);
-        h.model->open();
-        const QString issueId = h.readId(u"Olive"_s);
-        ASSERT_TRUE(h.model->fix(issueId));
+        const QString issueId = h.openAndFix(u"Olive"_s);
         const double fixedAt = h.store.clock.nowMs();
         EXPECT_DOUBLE_EQ(h.model->undoGuardSeconds(), std::max(c.doubleClick, 0.35));
 
@@ -221,9 +198,7 @@ TEST(CheckPopoverUndo, SettleTickComesJustAfterTheGuard) {
 
 TEST(CheckPopoverUndo, DoubleClickOnFixLeavesTheFixInPlace) {
     CheckPopoverHarness h(yellowOnWhite(), 0.3);
-    h.model->open();
-    const QString issueId = h.readId(u"Olive"_s);
-    ASSERT_TRUE(h.model->fix(issueId));
+    const QString issueId = h.openAndFix(u"Olive"_s);
     // The second click lands where "Undo" now stands, well inside the interval.
     h.store.clock.advanceMs(180.0);
     EXPECT_FALSE(h.model->fix(issueId));
@@ -235,9 +210,7 @@ TEST(CheckPopoverUndo, DoubleClickOnFixLeavesTheFixInPlace) {
 
 TEST(CheckPopoverUndo, RestoresBeforeHexEvenAfterAHandEdit) {
     CheckPopoverHarness h(yellowOnWhite());
-    h.model->open();
-    const QString issueId = h.readId(u"Olive"_s);
-    ASSERT_TRUE(h.model->fix(issueId));
+    const QString issueId = h.openAndFix(u"Olive"_s);
     const QUuid olive = h.idOf(u"Olive"_s);
     ASSERT_TRUE(h.storage().updateColor(olive, u"Olive"_s, u"#123456"_s, false));
     h.store.scheduler.advance(1.0);
@@ -247,9 +220,7 @@ TEST(CheckPopoverUndo, RestoresBeforeHexEvenAfterAHandEdit) {
 
 TEST(CheckPopoverUndo, AColorThatIsGoneChangesNothing) {
     CheckPopoverHarness h(yellowOnWhite());
-    h.model->open();
-    const QString issueId = h.readId(u"Olive"_s);
-    ASSERT_TRUE(h.model->fix(issueId));
+    const QString issueId = h.openAndFix(u"Olive"_s);
     const QUuid olive = h.idOf(u"Olive"_s);
     h.storage().editTemplate(h.active().id, [olive](ColorTemplate& palette) {
         palette.colors.removeIf([olive](const ColorItem& color) { return color.id == olive; });
@@ -264,9 +235,7 @@ TEST(CheckPopoverUndo, AColorThatIsGoneChangesNothing) {
 
 TEST(CheckPopoverUndo, ClosingForgetsFixesAndCancelsTheSettle) {
     CheckPopoverHarness h(yellowOnWhite());
-    h.model->open();
-    const QString issueId = h.readId(u"Olive"_s);
-    ASSERT_TRUE(h.model->fix(issueId));
+    const QString issueId = h.openAndFix(u"Olive"_s);
     h.model->showDetails();
     h.model->close();
     EXPECT_EQ(h.store.scheduler.pendingCount(), 0);

@@ -21,7 +21,6 @@ TEST(CheckPopoverVerdict, SentencesBeforeAnyRow) {
         QString message;
     };
     const Case cases[] = {
-        {"empty", {}, CheckVerdictPage::State::addColorsFirst, u"Add a few colors first."_s},
         {"one colour",
          {{u"Ink"_s, u"#111111"_s}},
          CheckVerdictPage::State::addColorsFirst,
@@ -52,7 +51,8 @@ TEST(CheckPopoverVerdict, NoActivePaletteAsksForColors) {
     EXPECT_FALSE(model.nameByRole());
 }
 
-TEST(CheckPopoverVerdict, TitleRowsAndDetailsButton) {
+// One issue from its open row to the settled one, across both pages.
+TEST(CheckPopoverVerdict, AReadabilityIssueOpenThenSettled) {
     CheckPopoverHarness h(checkPalette({{u"White"_s, u"#FFFFFF"_s}, {u"Olive"_s, u"#C7C700"_s}}));
     h.model->open();
     const CheckVerdictPage page = h.model->verdictPage();
@@ -61,83 +61,70 @@ TEST(CheckPopoverVerdict, TitleRowsAndDetailsButton) {
     ASSERT_EQ(page.rows.size(), 1);
     EXPECT_EQ(page.rows[0].text, u"Olive is hard to read on White."_s);
     EXPECT_EQ(page.moreRowsText, std::nullopt);
-    EXPECT_EQ(page.detailsButton, u"Details"_s);
+
+    // Switching pages touches neither the order nor the palette.
+    const QStringList order = h.model->rowOrder();
+    h.model->showDetails();
+    EXPECT_TRUE(h.model->showingDetails());
+    EXPECT_TRUE(h.model->goingForward());
+    EXPECT_EQ(h.model->detailsPage().countText, u"1 thing to fix"_s);
+    h.model->showVerdict();
+    EXPECT_FALSE(h.model->showingDetails());
+    EXPECT_FALSE(h.model->goingForward());
+    EXPECT_EQ(h.model->rowOrder(), order);
+    EXPECT_TRUE(h.writer.requests.empty());
+
+    // The settled row names the pair as it is now.
+    ASSERT_TRUE(h.model->fix(h.readId(u"Olive"_s)));
+    CheckRow row = h.model->verdictPage().rows.at(0);
+    EXPECT_EQ(row.headline, u"Olive reads on White now."_s);
+    EXPECT_EQ(row.detail, u"1.8 → 4.6:1 on White"_s);
+    EXPECT_EQ(row.first.hex, u"#7A7A00"_s);
+    EXPECT_EQ(row.first.label, u"Olive"_s);
+    ASSERT_TRUE(h.storage().updateColor(h.idOf(u"White"_s), u"Paper"_s, u"#FFFFFF"_s, false));
+    row = h.model->verdictPage().rows.at(0);
+    EXPECT_EQ(row.headline, u"Olive reads on Paper now."_s);
+    EXPECT_EQ(row.detail, u"1.8 → 4.6:1 on Paper"_s);
 }
 
 // --- Open rows -------------------------------------------------------------------------------
 
-struct OpenRowCase {
-    const char* name;
-    QList<CheckColor> colors;
-    bool paletteLocked;
-    std::optional<QString> verdictNote;
-    std::optional<QString> detailsNote;
-    bool hasFix;
-    bool fixEnabled;
-    QString fixLabel;
-};
-
 TEST(CheckPopoverRows, NoteAndFixButtonByKindAndLock) {
+    const QList<CheckColor> olive{{u"White"_s, u"#FFFFFF"_s}, {u"Olive"_s, u"#C7C700"_s}};
+    const QList<CheckColor> lockedOlive{{u"White"_s, u"#FFFFFF"_s},
+                                        {u"Olive"_s, u"#C7C700"_s, true}};
+    const QList<CheckColor> rust{{u"Rust"_s, u"#AA7134"_s}, {u"Brick"_s, u"#D25834"_s}};
+    const QList<CheckColor> lockedRust{{u"Rust"_s, u"#AA7134"_s, true},
+                                       {u"Brick"_s, u"#D25834"_s, true}};
+    const QList<CheckColor> grays{{u"Gray"_s, u"#808080"_s}, {u"Slate"_s, u"#80808E"_s}};
     const QString lockedColor = u"Fix won't change a locked color, so adjust one by hand."_s;
-    const OpenRowCase cases[] = {
-        {"readability",
-         {{u"White"_s, u"#FFFFFF"_s}, {u"Olive"_s, u"#C7C700"_s}},
-         false,
-         std::nullopt,
-         u"1.8:1 hard to read"_s,
-         true,
-         true,
-         u"Fix"_s},
-        {"readability, colour locked",
-         {{u"White"_s, u"#FFFFFF"_s}, {u"Olive"_s, u"#C7C700"_s, true}},
-         false,
-         lockedColor,
-         lockedColor,
-         false,
-         false,
-         u"Fix"_s},
-        {"readability, palette locked",
-         {{u"White"_s, u"#FFFFFF"_s}, {u"Olive"_s, u"#C7C700"_s}},
-         true,
-         std::nullopt,
-         u"1.8:1 hard to read"_s,
-         true,
-         false,
-         u"Fix"_s},
-        {"look-alike with a move",
-         {{u"Rust"_s, u"#AA7134"_s}, {u"Brick"_s, u"#D25834"_s}},
-         false,
-         u"Shown as they see them. Fix lightens Brick a little."_s,
-         u"Shown as they see them. Fix lightens Brick a little."_s,
-         true,
-         true,
-         u"Fix: lighten Brick"_s},
-        {"look-alike, palette locked",
-         {{u"Rust"_s, u"#AA7134"_s}, {u"Brick"_s, u"#D25834"_s}},
-         true,
-         u"Shown as they see them. Unlock the palette to fix."_s,
-         u"Shown as they see them. Unlock the palette to fix."_s,
-         true,
-         false,
-         u"Fix: lighten Brick"_s},
-        {"look-alike, both colours locked",
-         {{u"Rust"_s, u"#AA7134"_s, true}, {u"Brick"_s, u"#D25834"_s, true}},
-         false,
-         u"Shown as they see them. " + lockedColor,
-         u"Shown as they see them. " + lockedColor,
-         false,
-         false,
-         u"Fix"_s},
-        {"near-duplicate",
-         {{u"Gray"_s, u"#808080"_s}, {u"Slate"_s, u"#80808E"_s}},
-         false,
-         std::nullopt,
-         u"Gray · Slate"_s,
-         false,
-         false,
-         u"Fix"_s},
+    const QString shown = u"Shown as they see them. "_s;
+    const QString lightens = shown + u"Fix lightens Brick a little."_s;
+    const QString unlock = shown + u"Unlock the palette to fix."_s;
+    const QString fix = u"Fix"_s;
+    const QString lighten = u"Fix: lighten Brick"_s;
+    const QString ratio = u"1.8:1 hard to read"_s;
+    const struct {
+        const char* name;
+        QList<CheckColor> colors;
+        bool paletteLocked;
+        std::optional<QString> verdictNote;
+        std::optional<QString> detailsNote;
+        bool hasFix;
+        bool fixEnabled;
+        QString fixLabel;
+    } cases[] = {
+        {"readability", olive, false, std::nullopt, ratio, true, true, fix},
+        {"readability, colour locked", lockedOlive, false, lockedColor, lockedColor, false, false,
+         fix},
+        {"readability, palette locked", olive, true, std::nullopt, ratio, true, false, fix},
+        {"look-alike with a move", rust, false, lightens, lightens, true, true, lighten},
+        {"look-alike, palette locked", rust, true, unlock, unlock, true, false, lighten},
+        {"look-alike, both colours locked", lockedRust, false, shown + lockedColor,
+         shown + lockedColor, false, false, fix},
+        {"near-duplicate", grays, false, std::nullopt, u"Gray · Slate"_s, false, false, fix},
     };
-    for (const OpenRowCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         CheckPopoverHarness h(checkPalette(c.colors, c.paletteLocked));
         h.model->open();
@@ -160,10 +147,8 @@ TEST(CheckPopoverRows, LookAlikeSwatchesShowTheirReadersView) {
     h.model->open();
     const CheckRow open = h.model->verdictPage().rows.at(0);
     EXPECT_EQ(open.text, u"Rust and Brick look the same to red‑green vision."_s);
-    EXPECT_EQ(open.first.hex, u"#918335"_s);
-    EXPECT_EQ(open.second.hex, u"#988830"_s);
+    EXPECT_EQ(open.first.hex, u"#918335"_s); // Rust to red-green vision
     EXPECT_EQ(open.first.label, u"Rust as they see it"_s);
-    EXPECT_EQ(open.second.label, u"Brick as they see it"_s);
 
     ASSERT_TRUE(h.model->fix(open.issueId));
     const CheckRow settled = h.model->verdictPage().rows.at(0);
@@ -171,50 +156,12 @@ TEST(CheckPopoverRows, LookAlikeSwatchesShowTheirReadersView) {
     EXPECT_EQ(settled.headline, u"Rust and Brick look different now."_s);
     EXPECT_EQ(settled.detail, u"Brick is 13% lighter, same hue."_s);
     EXPECT_EQ(settled.cost, std::nullopt);
-    EXPECT_EQ(settled.first.hex, u"#918335"_s);
     EXPECT_EQ(settled.second.hex, u"#B1A469"_s); // the new colour, simulated
     EXPECT_EQ(settled.second.label, u"Brick as they see it now"_s);
     EXPECT_EQ(h.model->verdictPage().title, u"Nothing to fix"_s);
 }
 
-TEST(CheckPopoverRows, SettledReadabilityRowNamesThePairAsItIsNow) {
-    CheckPopoverHarness h(checkPalette({{u"White"_s, u"#FFFFFF"_s}, {u"Olive"_s, u"#C7C700"_s}}));
-    h.model->open();
-    ASSERT_TRUE(h.model->fix(h.readId(u"Olive"_s)));
-    CheckRow row = h.model->verdictPage().rows.at(0);
-    EXPECT_EQ(row.headline, u"Olive reads on White now."_s);
-    EXPECT_EQ(row.detail, u"1.8 → 4.6:1 on White"_s);
-    EXPECT_EQ(row.first.hex, u"#7A7A00"_s);
-    EXPECT_EQ(row.first.label, u"Olive"_s);
-
-    ASSERT_TRUE(h.storage().updateColor(h.idOf(u"White"_s), u"Paper"_s, u"#FFFFFF"_s, false));
-    row = h.model->verdictPage().rows.at(0);
-    EXPECT_EQ(row.headline, u"Olive reads on Paper now."_s);
-    EXPECT_EQ(row.detail, u"1.8 → 4.6:1 on Paper"_s);
-}
-
 // --- Details page ----------------------------------------------------------------------------
-
-TEST(CheckPopoverDetails, PagesSwitchWithoutTouchingTheRest) {
-    CheckPopoverHarness h(checkPalette({{u"White"_s, u"#FFFFFF"_s}, {u"Olive"_s, u"#C7C700"_s}}));
-    h.model->open();
-    const QStringList order = h.model->rowOrder();
-    h.model->showDetails();
-    EXPECT_TRUE(h.model->showingDetails());
-    EXPECT_TRUE(h.model->goingForward());
-    const CheckDetailsPage page = h.model->detailsPage();
-    EXPECT_EQ(page.backButton, u"Back to Check"_s);
-    EXPECT_EQ(page.title, u"Details"_s);
-    EXPECT_EQ(page.countText, u"1 thing to fix"_s);
-    EXPECT_EQ(page.everyPairTitle, u"Every pair"_s);
-    EXPECT_EQ(page.othersSeeTitle, u"How others see it"_s);
-    EXPECT_EQ(page.worthKnowing.title, u"Worth knowing"_s);
-    h.model->showVerdict();
-    EXPECT_FALSE(h.model->showingDetails());
-    EXPECT_FALSE(h.model->goingForward());
-    EXPECT_EQ(h.model->rowOrder(), order);
-    EXPECT_TRUE(h.writer.requests.empty());
-}
 
 TEST(CheckPopoverDetails, EveryPairGridOfDarkOnLight) {
     CheckPopoverHarness h(checkPalette({{u"White"_s, u"#FFFFFF"_s},
@@ -259,12 +206,6 @@ TEST(CheckPopoverDetails, StripsPerVisionTypeMarkLookAlikes) {
     h.model->open();
     const QList<VisionStrip> strips = h.model->detailsPage().strips;
     ASSERT_EQ(strips.size(), 4);
-    const QStringList labels{u"Normal vision"_s, u"Red-green, less common"_s,
-                             u"Red-green, most common"_s, u"Blue-yellow, rare"_s};
-    const QStringList accessible{u"Normal vision"_s,
-                                 u"Red-green color blindness (less common) — Protanopia"_s,
-                                 u"Red-green color blindness (most common) — Deuteranopia"_s,
-                                 u"Blue-yellow color blindness — Tritanopia"_s};
     const QList<QStringList> hexes{
         {u"#FFFFFF"_s, u"#AA7134"_s, u"#D25834"_s},
         {u"#FFFFFF"_s, u"#83752D"_s, u"#7A6D2F"_s},
@@ -273,8 +214,6 @@ TEST(CheckPopoverDetails, StripsPerVisionTypeMarkLookAlikes) {
     };
     for (qsizetype i = 0; i < strips.size(); ++i) {
         SCOPED_TRACE(i);
-        EXPECT_EQ(strips[i].label, labels[i]);
-        EXPECT_EQ(strips[i].accessibleText, accessible[i]);
         ASSERT_EQ(strips[i].swatches.size(), 3);
         for (qsizetype j = 0; j < 3; ++j) {
             EXPECT_EQ(strips[i].swatches[j].hex, hexes[i][j]);
@@ -329,12 +268,6 @@ TEST(CheckPopoverDetails, WorthKnowingComposition) {
         EXPECT_EQ(section.offersRoleNaming, c.offersRoleNaming);
         EXPECT_EQ(section.nothingToAdd, c.nothingToAdd);
         EXPECT_FALSE(section.renamed);
-        if (c.offersRoleNaming) {
-            EXPECT_EQ(section.roleNamingButton, u"Name every color by its role"_s);
-            EXPECT_EQ(section.roleNamingHelp,
-                      u"Renames each color for the job it does, like Primary, Background or "
-                      u"Accent"_s);
-        }
     }
 }
 
@@ -379,10 +312,8 @@ TEST(CheckPopoverRoles, NamesUnlockedColorsAndUndoRestoresNamesAndFlags) {
 
     const WorthKnowingSection section = h.model->detailsPage().worthKnowing;
     ASSERT_TRUE(section.renamed);
-    EXPECT_EQ(section.renamed->icon, u"checkmark.circle.fill"_s);
     EXPECT_EQ(section.renamed->text,
               u"Renamed 3 colors: Red → Primary, Snow → Background, Ink → Text Dark"_s);
-    EXPECT_EQ(section.renamed->undoButton, u"Undo"_s);
     EXPECT_FALSE(section.offersRoleNaming);
     EXPECT_FALSE(section.nothingToAdd);
 

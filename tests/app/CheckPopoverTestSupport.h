@@ -100,6 +100,15 @@ public:
         return result;
     }
 
+    // Opens the popover and fixes the readability issue of the named colour; gives its id.
+    QString openAndFix(const QString& name) {
+        model->open();
+        const QString id = readId(name);
+        if (!model->fix(id))
+            throw std::runtime_error("the fix was refused");
+        return id;
+    }
+
     QString readId(const QString& name) const { return u"read-"_s + uuidText(idOf(name)); }
     QString pairId(const char* prefix, const QString& first, const QString& second) const {
         return QString::fromLatin1(prefix) + uuidText(idOf(first)) + u'-' + uuidText(idOf(second));

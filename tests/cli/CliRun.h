@@ -3,11 +3,11 @@
 #include "cli/CommandLine.h"
 
 #include <QJsonDocument>
+#include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
-
-#include <cmath>
 
 namespace hueshelf::testing {
 
@@ -30,18 +30,39 @@ inline CliOutcome runCli(const QStringList& arguments) {
     return outcome;
 }
 
-// WCAG 2 relative luminance of three bytes, written out here so the commands' numbers are
-// checked against the published formula rather than against the code that prints them.
-inline double wcagLuminance(int r, int g, int b) {
-    auto linear = [](int byte) {
-        const double v = byte / 255.0;
-        return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(r) + 0.7152 * linear(g) + 0.0722 * linear(b);
-}
+// One run of the built executable, with what it wrote.
+struct BinaryRun {
+    bool finished = false; // exited normally, neither crashed nor hung
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
 
-inline double wcagRatio(double a, double b) {
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+    QJsonDocument json() const { return QJsonDocument::fromJson(out); }
+};
+
+// Runs the executable the way a script would, with no display to talk to. The platform plugin
+// is one that doesn't exist, so any attempt to start the GUI aborts the run instead of quietly
+// working offscreen.
+inline BinaryRun runBinary(const QStringList& arguments, QProcessEnvironment env) {
+    env.remove(QStringLiteral("DISPLAY"));
+    env.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("no-such-platform"));
+    QProcess process;
+    process.setProcessEnvironment(env);
+    process.start(QStringLiteral(HUESHELF_BINARY), arguments);
+    BinaryRun outcome;
+    if (!process.waitForStarted(10'000))
+        return outcome;
+    if (!process.waitForFinished(20'000)) {
+        process.kill();
+        process.waitForFinished(5'000);
+        return outcome;
+    }
+    outcome.finished = process.exitStatus() == QProcess::NormalExit;
+    outcome.status = process.exitCode();
+    outcome.out = process.readAllStandardOutput();
+    outcome.err = process.readAllStandardError();
+    return outcome;
 }
 
 } // namespace hueshelf::testing

@@ -28,42 +28,32 @@ protected:
     QString m_file;
 };
 
+// Links and existing files start the bar; anything else is the command line's to answer.
 TEST_F(CommandLineUse, BarTakesNothingOrOnlyLinksAndExistingFiles) {
     const QString link = u"hueshelf://import#1;Brand;3366FF"_s;
     const QString webLink = u"https://example.org/p/#1;Brand;3366FF"_s;
-    const QString fileUrl = QUrl::fromLocalFile(m_file).toString();
-    const QList<QStringList> barCases{
-        {},
-        {link},
-        {u"HUESHELF://import#1;x;000000"_s},
-        {webLink},
-        {m_file},
-        {fileUrl},
-        {m_file, link, webLink},
+    const std::pair<QStringList, bool> cases[] = {
+        {{}, false},
+        {{link}, false},
+        {{u"HUESHELF://import#1;x;000000"_s}, false},
+        {{webLink}, false},
+        {{m_file}, false},
+        {{QUrl::fromLocalFile(m_file).toString()}, false},
+        {{m_file, link, webLink}, false},
+        {{u"color"_s, u"#fff"_s}, true},
+        {{u"help"_s}, true},
+        {{u"--version"_s}, true},
+        {{u"-x"_s}, true},
+        {{u"colr"_s}, true}, // a typo must not start a bar that ignores it
+        {{m_dir.filePath(u"Missing.hueshelf"_s)}, true}, // nor a file that isn't there
+        {{m_dir.path()}, true},                          // a directory isn't a palette file
+        {{u"http://example.org/p/"_s}, true},            // links are hueshelf: or https:
+        {{u""_s}, true},
+        {{m_file, u"colr"_s}, true},
     };
-    for (const QStringList& arguments : barCases)
-        EXPECT_FALSE(cli::isCommandLineUse(arguments)) << arguments.join(u' ').toStdString();
-}
-
-TEST_F(CommandLineUse, CommandsOptionsAndStraysGoToTheCommandLine) {
-    const QString missing = m_dir.filePath(u"Missing.hueshelf"_s);
-    const QList<QStringList> commandCases{
-        {u"color"_s, u"#fff"_s},
-        {u"contrast"_s},
-        {u"help"_s},
-        {u"--version"_s},
-        {u"--help"_s},
-        {u"-x"_s},
-        {u"--json"_s},
-        {u"colr"_s},                  // a typo must not start a bar that ignores it
-        {missing},                    // nor a file that isn't there
-        {m_dir.path()},               // a directory isn't a palette file
-        {u"http://example.org/p/"_s}, // links are hueshelf: or https:
-        {u""_s},
-        {m_file, u"colr"_s},
-    };
-    for (const QStringList& arguments : commandCases)
-        EXPECT_TRUE(cli::isCommandLineUse(arguments)) << arguments.join(u' ').toStdString();
+    for (const auto& [arguments, commandLine] : cases)
+        EXPECT_EQ(cli::isCommandLineUse(arguments), commandLine)
+            << arguments.join(u' ').toStdString();
 }
 
 TEST_F(CommandLineUse, AFileNamedLikeACommandIsStillTheCommand) {
@@ -112,59 +102,48 @@ TEST(CommandLineRun, CommandHelpGoesToStdoutInEveryWayOfAsking) {
     }
 }
 
-struct UsageCase {
-    QStringList arguments;
-    QString firstLine; // of stderr
-    QString usageLine; // must follow somewhere on stderr
-};
-
-void PrintTo(const UsageCase& c, std::ostream* os) {
-    *os << '"' << c.arguments.join(u' ').toStdString() << '"';
+TEST(CommandLineRun, UsageErrorsExitTwoWithTheCommandsUsageOnStderrAndNothingOnStdout) {
+    const struct {
+        QStringList arguments;
+        QString firstLine; // of stderr
+        QString usageLine; // must follow somewhere on stderr
+    } cases[] = {
+        {{u"colr"_s, u"#fff"_s},
+         u"hueshelf: unknown command \"colr\" (it is not a palette link or an existing file "
+         u"either)"_s,
+         u"Usage: hueshelf [LINK | FILE]..."_s},
+        {{u"--bogus"_s},
+         u"hueshelf: unknown option --bogus"_s,
+         u"Usage: hueshelf [LINK | FILE]..."_s},
+        {{}, u"hueshelf: no command given"_s, u"hueshelf COMMAND"_s},
+        {{u"help"_s, u"colr"_s},
+         u"hueshelf help: unknown command \"colr\""_s,
+         u"Usage: hueshelf help [COMMAND]"_s},
+        {{u"help"_s, u"--json"_s},
+         u"hueshelf help: unknown option --json"_s,
+         u"Usage: hueshelf help [COMMAND]"_s},
+        {{u"color"_s},
+         u"hueshelf color: missing argument"_s,
+         u"Usage: hueshelf color CODE... [--json]"_s},
+        {{u"simulate"_s, u"--json"_s},
+         u"hueshelf simulate: missing argument"_s,
+         u"Usage: hueshelf simulate CODE..."_s},
+        {{u"shades"_s, u"#000000"_s, u"#FFFFFF"_s},
+         u"hueshelf shades: unexpected argument \"#FFFFFF\""_s,
+         u"Usage: hueshelf shades CODE [--json]"_s},
+        {{u"contrast"_s, u"000000"_s, u"ffffff"_s, u"--target"_s},
+         u"hueshelf contrast: option --target needs a value RATIO"_s,
+         u"Run \"hueshelf help contrast\" for details."_s},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments.join(u' ').toStdString());
+        const CliOutcome outcome = runCli(c.arguments);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_TRUE(outcome.out.isEmpty()) << outcome.out.toStdString();
+        EXPECT_EQ(outcome.err.section(u'\n', 0, 0), c.firstLine);
+        EXPECT_TRUE(outcome.err.contains(c.usageLine)) << outcome.err.toStdString();
+    }
 }
-
-class CommandLineUsageError : public ::testing::TestWithParam<UsageCase> {};
-
-TEST_P(CommandLineUsageError, ExitsTwoWithTheUsageOnStderrAndNothingOnStdout) {
-    const UsageCase& c = GetParam();
-    const CliOutcome outcome = runCli(c.arguments);
-    EXPECT_EQ(outcome.status, 2);
-    EXPECT_TRUE(outcome.out.isEmpty()) << outcome.out.toStdString();
-    EXPECT_EQ(outcome.err.section(u'\n', 0, 0), c.firstLine);
-    EXPECT_TRUE(outcome.err.contains(c.usageLine)) << outcome.err.toStdString();
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, CommandLineUsageError,
-    ::testing::Values(
-        UsageCase{{u"colr"_s, u"#fff"_s},
-                  u"hueshelf: unknown command \"colr\" (it is not a palette link or an "
-                  u"existing file either)"_s,
-                  u"Usage: hueshelf [LINK | FILE]..."_s},
-        UsageCase{{u"--bogus"_s},
-                  u"hueshelf: unknown option --bogus"_s,
-                  u"Usage: hueshelf [LINK | FILE]..."_s},
-        UsageCase{{}, u"hueshelf: no command given"_s, u"hueshelf COMMAND"_s},
-        UsageCase{{u"help"_s, u"colr"_s},
-                  u"hueshelf help: unknown command \"colr\""_s,
-                  u"Usage: hueshelf help [COMMAND]"_s},
-        UsageCase{{u"help"_s, u"--json"_s},
-                  u"hueshelf help: unknown option --json"_s,
-                  u"Usage: hueshelf help [COMMAND]"_s},
-        UsageCase{{u"color"_s},
-                  u"hueshelf color: missing argument"_s,
-                  u"Usage: hueshelf color CODE... [--json]"_s},
-        UsageCase{{u"color"_s, u"#fff"_s, u"--target"_s, u"3"_s},
-                  u"hueshelf color: unknown option --target"_s,
-                  u"Usage: hueshelf color CODE..."_s},
-        UsageCase{{u"shades"_s, u"#000000"_s, u"#FFFFFF"_s},
-                  u"hueshelf shades: unexpected argument \"#FFFFFF\""_s,
-                  u"Usage: hueshelf shades CODE [--json]"_s},
-        UsageCase{{u"contrast"_s, u"#000"_s},
-                  u"hueshelf contrast: missing argument"_s,
-                  u"Usage: hueshelf contrast FOREGROUND BACKGROUND"_s},
-        UsageCase{{u"contrast"_s, u"000000"_s, u"ffffff"_s, u"--target"_s},
-                  u"hueshelf contrast: option --target needs a value RATIO"_s,
-                  u"Run \"hueshelf help contrast\" for details."_s}));
 
 } // namespace
 } // namespace hueshelf::testing

@@ -18,6 +18,7 @@ Command extractCommand();
 Command linkCommand();
 Command exportCommand();
 Command importCommand();
+Command syncCommand();
 Command helpCommand();
 
 const std::vector<Command>& commandTable() {
@@ -38,6 +39,7 @@ const std::vector<Command>& commandTable() {
         linkCommand(),
         exportCommand(),
         importCommand(),
+        syncCommand(),
         helpCommand(),
     };
     // clang-format on

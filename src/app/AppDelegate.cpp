@@ -5,6 +5,8 @@
 #include "app/PaletteGlyph.h"
 #include "model/SettingsStore.h"
 #include "model/TemplateLoader.h"
+#include "sync/QtFolderWatch.h"
+#include "sync/WriterIoQueue.h"
 #include "util/Clock.h"
 
 #include <QApplication>
@@ -40,6 +42,24 @@ AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platfo
     m_monitor = std::make_unique<ExternalChangeMonitor>(
         *m_storage, clock, m_scheduler, m_locations.preferencesFile, m_locations.prefsDir);
     m_monitor->start();
+
+    // The end of the store's start: a full sync when a folder is set up, then the folder's
+    // triggers, the store's own timer and a push after every save.
+    m_syncManager = std::make_unique<SyncManager>(
+        clock, m_scheduler, *m_settings, m_platform->hostName(), QStringLiteral(HUESHELF_VERSION),
+        std::make_unique<QtFolderWatch>());
+    m_syncIoQueue = std::make_unique<WriterIoQueue>(*m_writer);
+    m_storeSync = std::make_unique<StoreSync>(*m_storage, *m_syncManager, *m_syncIoQueue,
+                                              *m_settings, clock, m_scheduler);
+    m_storeSync->start();
+    if (const auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
+        connect(application, &QGuiApplication::applicationStateChanged, this,
+                [this](Qt::ApplicationState state) {
+                    // Another device may have written while this one was in the background.
+                    if (state == Qt::ApplicationActive && m_syncManager->isEnabled())
+                        m_storeSync->fullSync();
+                });
+    }
 
     m_barModel = std::make_unique<BarModel>(*m_storage, *m_platform, *m_settings);
     m_window = std::make_unique<FloatingWindow>(*m_barModel);

@@ -7,6 +7,9 @@
 #include "model/PreferencesWriter.h"
 #include "model/StorageLocations.h"
 #include "platform/Platform.h"
+#include "sync/IoQueue.h"
+#include "sync/StoreSync.h"
+#include "sync/SyncManager.h"
 #include "util/AppPaths.h"
 #include "util/QtScheduler.h"
 
@@ -42,6 +45,8 @@ public:
     ColorStorage& storage() { return *m_storage; }
     PreferencesWriter& preferencesWriter() { return *m_writer; }
     ExternalChangeMonitor& externalChangeMonitor() { return *m_monitor; }
+    SyncManager& syncManager() { return *m_syncManager; }
+    StoreSync& storeSync() { return *m_storeSync; }
     QSettings& settings() { return *m_settings; }
     const StorageLocations& storageLocations() const { return m_locations; }
     FloatingWindow& window() { return *m_window; }
@@ -62,6 +67,10 @@ private:
     std::unique_ptr<ColorStorage> m_storage;
     // Other processes' writes to the preferences file, merged into the store.
     std::unique_ptr<ExternalChangeMonitor> m_monitor;
+    // The cloud folder shared with other devices; folder reads queue behind the file work.
+    std::unique_ptr<SyncManager> m_syncManager;
+    std::unique_ptr<IoQueue> m_syncIoQueue;
+    std::unique_ptr<StoreSync> m_storeSync;
     std::unique_ptr<BarModel> m_barModel;
     std::unique_ptr<StatusMenuModel> m_statusMenu;
     std::unique_ptr<FloatingWindow> m_window;

@@ -1,6 +1,6 @@
 #include "color/DarkVersion.h"
 
-#include "QtPrinters.h"
+#include "PaletteTestSupport.h"
 
 #include <QSet>
 
@@ -8,16 +8,9 @@
 
 using namespace Qt::StringLiterals;
 using namespace hueshelf;
+using namespace hueshelf::testing_palette;
 
 namespace {
-
-QList<ColorItem> colorsWith(const QStringList& hexes) {
-    QList<ColorItem> colors;
-    for (const QString& hex : hexes) {
-        colors.append(ColorItem::make(u"c"_s, hex, true));
-    }
-    return colors;
-}
 
 QStringList hexesOf(const QList<ColorItem>& colors) {
     QStringList hexes;
@@ -27,76 +20,52 @@ QStringList hexesOf(const QList<ColorItem>& colors) {
     return hexes;
 }
 
+// Dark versions of stored palettes are compared with an independent model through the command
+// line; here the limits and the order in which the contrast pass sees its colours.
 TEST(DarkVersion, InvertsThenFixes) {
-    struct Case {
-        const char* what;
-        QStringList before;
-        QStringList after;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         // Floor and ceiling: white goes to 0.04, black to 0.96, and the pair reads.
-        {"white and black", {u"#FFFFFF"_s, u"#000000"_s}, {u"#0A0A0A"_s, u"#F5F5F5"_s}},
-        // A tinted white and a tinted black keep their hue at the clamped lightness.
-        {"tinted extremes", {u"#FFF0F0"_s, u"#100000"_s}, {u"#140000"_s, u"#FFEBEB"_s}},
+        {"#FFFFFF #000000", "#0A0A0A #F5F5F5"},
         // Red stays at l = 0.5, which is dark (below 0.55), so it is moved for the light grey.
-        {"l = 0.5 is dark", {u"#FF0000"_s, u"#000000"_s}, {u"#E30000"_s, u"#F5F5F5"_s}},
-        // Everything inverts to dark: no light colour, so the pass changes nothing even where
-        // two colours barely differ.
-        {"all dark",
-         {u"#FFFFFF"_s, u"#EEEEEE"_s, u"#CC8888"_s},
-         {u"#0A0A0A"_s, u"#111111"_s, u"#773333"_s}},
-        {"one colour", {u"#3B82F6"_s}, {u"#0950C4"_s}},
+        {"#FF0000 #000000", "#E30000 #F5F5F5"},
         // Unreadable codes stay in place and take part in neither list.
-        {"unreadable kept",
-         {u"nope"_s, u"#FFFFFF"_s, u"#FFF"_s, u"#000000"_s},
-         {u"nope"_s, u"#0A0A0A"_s, u"#FFF"_s, u"#F5F5F5"_s}},
-        {"empty", {}, {}},
+        {"nope #FFFFFF #FFF #000000", "nope #0A0A0A #FFF #F5F5F5"},
+        {"", ""},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        const QList<ColorItem> before = colorsWith(c.before);
-        const QList<ColorItem> after = DarkVersion::darkVersion(before);
-        EXPECT_EQ(hexesOf(after), c.after);
+    for (const auto& [before, after] : cases) {
+        const QList<ColorItem> colors = palette(words(QString::fromUtf8(before)));
+        const QList<ColorItem> dark = DarkVersion::darkVersion(colors);
+        EXPECT_EQ(hexesOf(dark), words(QString::fromUtf8(after))) << before;
         // Ids, names and flags travel unchanged.
-        ASSERT_EQ(after.size(), before.size());
-        for (qsizetype i = 0; i < before.size(); ++i) {
-            EXPECT_EQ(after.at(i).id, before.at(i).id);
-            EXPECT_EQ(after.at(i).name, before.at(i).name);
-            EXPECT_EQ(after.at(i).isAutoNamed, before.at(i).isAutoNamed);
+        ASSERT_EQ(dark.size(), colors.size());
+        for (qsizetype i = 0; i < colors.size(); ++i) {
+            EXPECT_EQ(dark.at(i).id, colors.at(i).id);
+            EXPECT_EQ(dark.at(i).name, colors.at(i).name);
         }
     }
 }
 
 TEST(DarkContrastPass, EachDarkColourMovesFromItsLatestValue) {
-    struct Case {
-        const char* what;
-        QStringList before;
-        QStringList after;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         // The green is darkened for the mint, then #1A1AFF (light by lightness, too dark for
         // any darker colour) drives it all the way to white: the mint pair is lost again and
         // nothing goes back over it.
-        {"the last light colour wins",
-         {u"#0EE249"_s, u"#86FEA5"_s, u"#1A1AFF"_s},
-         {u"#FFFFFF"_s, u"#86FEA5"_s, u"#1A1AFF"_s}},
+        {"#0EE249 #86FEA5 #1A1AFF", "#FFFFFF #86FEA5 #1A1AFF"},
         // The grey turns white, but the lists were fixed before: the yellow is still judged
         // against the blue only, and reads on it.
-        {"lists fixed at the start",
-         {u"#868686"_s, u"#1A1AFF"_s, u"#FFFF00"_s},
-         {u"#FFFFFF"_s, u"#1A1AFF"_s, u"#FFFF00"_s}},
+        {"#868686 #1A1AFF #FFFF00", "#FFFFFF #1A1AFF #FFFF00"},
         // Light colours never move, even when they read badly on each other.
-        {"only light colours", {u"#FFFFFF"_s, u"#EEEEEE"_s}, {u"#FFFFFF"_s, u"#EEEEEE"_s}},
-        {"all dark", {u"#000000"_s, u"#111111"_s}, {u"#000000"_s, u"#111111"_s}},
+        {"#FFFFFF #EEEEEE", "#FFFFFF #EEEEEE"},
+        {"#000000 #111111", "#000000 #111111"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(hexesOf(DarkVersion::darkContrastPass(colorsWith(c.before))), c.after);
+    for (const auto& [before, after] : cases) {
+        const QList<ColorItem> colors = palette(words(QString::fromUtf8(before)));
+        EXPECT_EQ(hexesOf(DarkVersion::darkContrastPass(colors)), words(QString::fromUtf8(after)))
+            << before;
     }
 }
 
 TEST(DarkVersion, MorePreviewLine) {
-    EXPECT_EQ(DarkVersion::morePreviewLine(0), std::nullopt);
     EXPECT_EQ(DarkVersion::morePreviewLine(6), std::nullopt);
     EXPECT_EQ(DarkVersion::morePreviewLine(7), u"+1 more color not shown"_s);
     EXPECT_EQ(DarkVersion::morePreviewLine(8), u"+2 more colors not shown"_s);
@@ -104,7 +73,7 @@ TEST(DarkVersion, MorePreviewLine) {
 }
 
 TEST(DarkVersion, PaletteColoursAreFreshAndUnlocked) {
-    QList<ColorItem> source = colorsWith({u"#FFFFFF"_s, u"#000000"_s, u"nope"_s});
+    QList<ColorItem> source = palette({u"#FFFFFF"_s, u"#000000"_s, u"nope"_s});
     source[0].isLocked = true;
     source[0].isAutoNamed = false;
     source[0].name = u"Paper"_s;

@@ -1,4 +1,4 @@
-#include "PaletteCheckTestSupport.h"
+#include "PaletteTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -22,25 +22,21 @@ std::vector<Issue> readabilityIssues(const QList<ColorItem>& colors) {
     return result;
 }
 
+// Detection of ordinary palettes, its sentences included, is compared with an independent model
+// through the command line. Here the limits, the orders, and what a command can't hand over:
+// locks, issue ids across edits, and codes that can't be read.
 TEST(PaletteCheckBands, LightnessBoundariesAtPointFourAndPointSix) {
-    struct Case {
-        QString hex;
-        Band band;
-    };
-    const Case cases[] = {
+    const std::pair<QString, Band> cases[] = {
         {u"#999999"_s, Band::light},   // l = 153/255 = 0.6 exactly
         {u"#FF3333"_s, Band::light},   // (255 + 51) / 510 = 0.6, saturated
         {u"#989898"_s, Band::midTone}, // 0.596
         {u"#666666"_s, Band::midTone}, // l = 102/255 = 0.4 exactly
         {u"#656565"_s, Band::dark},    // 0.396
-        {u"#FFFFFF"_s, Band::light},   {u"#000000"_s, Band::dark},
-        {u"#FFF"_s, Band::dark}, // three digits are no colour to the check
-        {u"nope"_s, Band::dark},       {u""_s, Band::dark},
+        {u"#FFF"_s, Band::dark},       // three digits are no colour to the check
+        {u"nope"_s, Band::dark},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.hex.toStdString());
-        EXPECT_EQ(PaletteCheck::bandOf(c.hex), c.band);
-    }
+    for (const auto& [hex, band] : cases)
+        EXPECT_EQ(PaletteCheck::bandOf(hex), band) << hex.toStdString();
 }
 
 TEST(PaletteCheckBands, ListsKeepPaletteOrderAndPutUnreadableColorsInDarkOnly) {
@@ -59,23 +55,20 @@ TEST(PaletteCheckBands, ListsKeepPaletteOrderAndPutUnreadableColorsInDarkOnly) {
 }
 
 TEST(PaletteCheckBands, LightestColorIsTheFirstOfTheHighestLightness) {
-    struct Case {
-        QStringList hexes;
-        std::optional<int> lightest;
+    const std::pair<QString, std::optional<int>> cases[] = {
+        {u"#999999 #FFFFFF #FFFFFF"_s, 1},
+        {u"#E0E0FF #FFFF66"_s, 0}, // lightness 0.94 beats 0.70 whatever the luminance
+        {u"#FFFF66 #E0E0FF"_s, 1},
+        {u"#666666 #000000 nope"_s, std::nullopt},
+        {u""_s, std::nullopt},
     };
-    const Case cases[] = {
-        {{u"#999999"_s, u"#FFFFFF"_s, u"#FFFFFF"_s}, 1},
-        {{u"#E0E0FF"_s, u"#FFFF66"_s}, 0}, // lightness 0.94 beats 0.70 whatever the luminance
-        {{u"#FFFF66"_s, u"#E0E0FF"_s}, 1},
-        {{u"#666666"_s, u"#000000"_s, u"nope"_s}, std::nullopt},
-        {{}, std::nullopt},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.hexes.join(u' ').toStdString());
-        const std::optional<ColorItem> lightest = PaletteCheck::lightestColor(palette(c.hexes));
-        ASSERT_EQ(lightest.has_value(), c.lightest.has_value());
+    for (const auto& [hexes, index] : cases) {
+        SCOPED_TRACE(hexes.toStdString());
+        const std::optional<ColorItem> lightest =
+            PaletteCheck::lightestColor(palette(words(hexes)));
+        ASSERT_EQ(lightest.has_value(), index.has_value());
         if (lightest) {
-            EXPECT_EQ(lightest->id, idFor(*c.lightest));
+            EXPECT_EQ(lightest->id, idFor(*index));
         }
     }
 }
@@ -92,19 +85,6 @@ TEST(PaletteCheckReadability, OnlyDarkColorsAreTestedAndOnlyOnLightOnes) {
         std::vector<Expected> issues;
     };
     const Case cases[] = {
-        {"black on white reads (21:1)", {u"#FFFFFF"_s, u"#000000"_s}, {}},
-        {"mid-tones are neither text nor background",
-         {u"#666666"_s, u"#0066CC"_s, u"#33CC33"_s},
-         {}},
-        {"no light colour, nothing to read on", {u"#000000"_s, u"#C7C700"_s}, {}},
-        // A neutral grey below 0.4 always reaches 4.5:1 on white (this one 6.0:1).
-        {"dark grey on white reads", {u"#FFFFFF"_s, u"#636363"_s}, {}},
-        {"olive on white is 4.2:1",
-         {u"#FFFFFF"_s, u"#808000"_s},
-         {{readId(1), ContrastLevel::lowContrast, u"C1 only works for headings on C0."_s}}},
-        {"dark yellow on white is 1.8:1",
-         {u"#FFFFFF"_s, u"#C7C700"_s},
-         {{readId(1), ContrastLevel::poor, u"C1 is hard to read on C0."_s}}},
         {"an unreadable code is dark and hard to read",
          {u"#FFFFFF"_s, u"nope"_s},
          {{readId(1), ContrastLevel::poor, u"C1 is hard to read on C0."_s}}},
@@ -164,23 +144,15 @@ TEST(PaletteCheckReadability, IdSurvivesRenameAndLevelChangeButTextFollowsName) 
 }
 
 TEST(PaletteCheckNearDuplicates, ManhattanDistanceUnderFifteen) {
-    struct Case {
-        const char* name;
-        QStringList hexes;
-        QStringList ids;
+    // 14 and 15 in one channel, then spread over channels: 5 + 5 + 4 and 5 + 6 + 4.
+    const std::pair<QString, bool> cases[] = {
+        {u"#808080 #80808E"_s, true},  {u"#808080 #80808F"_s, false}, {u"#102030 #15252C"_s, true},
+        {u"#102030 #151A34"_s, false}, {u"nope nope"_s, false},       {u"#808080"_s, false},
     };
-    const Case cases[] = {
-        {"distance 14", {u"#808080"_s, u"#80808E"_s}, {dupeId(0, 1)}},
-        {"distance 15", {u"#808080"_s, u"#80808F"_s}, {}},
-        {"spread over channels, 5 + 5 + 4", {u"#102030"_s, u"#15252C"_s}, {dupeId(0, 1)}},
-        {"spread over channels, 5 + 6 + 4", {u"#102030"_s, u"#151A34"_s}, {}},
-        {"unreadable codes form no pair", {u"nope"_s, u"nope"_s}, {}},
-        {"one colour", {u"#808080"_s}, {}},
-        {"empty", {}, {}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(idsOf(PaletteCheck::detect(palette(c.hexes))), c.ids);
+    for (const auto& [hexes, duplicate] : cases) {
+        EXPECT_EQ(idsOf(PaletteCheck::detect(palette(words(hexes)))),
+                  duplicate ? QStringList{dupeId(0, 1)} : QStringList{})
+            << hexes.toStdString();
     }
 }
 
@@ -193,46 +165,30 @@ TEST(PaletteCheckNearDuplicates, ANearDuplicateIsNeverAlsoALookAlike) {
     ASSERT_EQ(issues.size(), 1u);
     EXPECT_EQ(issues[0].id, dupeId(0, 1));
     EXPECT_TRUE(PaletteCheck::isNearDuplicate(issues[0].kind));
-    EXPECT_EQ(issues[0].text, u"C0 and C1 are almost the same color."_s);
-    EXPECT_EQ(issues[0].color.id, idFor(0));
-    EXPECT_EQ(issues[0].other.id, idFor(1));
     EXPECT_FALSE(issues[0].canFix);
 }
 
 TEST(PaletteCheckLookAlikes, ReportedUnderTheFirstTypeAndSkippedWhenMeaningless) {
     struct Case {
         const char* name;
-        QStringList hexes;
+        QString hexes;
         std::optional<SimulationType> vision; // absent: no issue at all
         SimulationType collapsesUnder;        // so the case is about the skip, not the distance
     };
+    using enum SimulationType;
     const Case cases[] = {
-        {"deuteranopia and protanopia: the first wins",
-         {u"#AA7134"_s, u"#D25834"_s},
-         SimulationType::deuteranopia,
-         SimulationType::protanopia},
-        {"protanopia only",
-         {u"#EFCB04"_s, u"#48C81B"_s},
-         SimulationType::protanopia,
-         SimulationType::protanopia},
-        {"tritanopia only",
-         {u"#32C05B"_s, u"#0CAE3E"_s},
-         SimulationType::tritanopia,
-         SimulationType::tritanopia},
-        {"one light, one not",
-         {u"#A1CB8C"_s, u"#21F58D"_s},
-         SimulationType::deuteranopia,
-         SimulationType::deuteranopia},
-        {"both light", {u"#84DF9A"_s, u"#D7C5B3"_s}, std::nullopt, SimulationType::deuteranopia},
-        {"both very dark", {u"#050743"_s, u"#4C0A54"_s}, std::nullopt, SimulationType::protanopia},
-        {"both nearly grey, 36 apart",
-         {u"#808080"_s, u"#8C8C8C"_s},
-         std::nullopt,
-         SimulationType::deuteranopia},
+        {"deuteranopia and protanopia: the first wins", u"#AA7134 #D25834"_s, deuteranopia,
+         protanopia},
+        {"protanopia only", u"#EFCB04 #48C81B"_s, protanopia, protanopia},
+        {"tritanopia only", u"#32C05B #0CAE3E"_s, tritanopia, tritanopia},
+        {"one light, one not", u"#A1CB8C #21F58D"_s, deuteranopia, deuteranopia},
+        {"both light", u"#84DF9A #D7C5B3"_s, std::nullopt, deuteranopia},
+        {"both very dark", u"#050743 #4C0A54"_s, std::nullopt, protanopia},
+        {"both nearly grey, 36 apart", u"#808080 #8C8C8C"_s, std::nullopt, deuteranopia},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const QList<ColorItem> colors = palette(c.hexes);
+        const QList<ColorItem> colors = palette(words(c.hexes));
         ASSERT_EQ(ColorVisionSimulation::lookAlikePairs(colors, c.collapsesUnder, 30.0).size(), 1u);
         const std::vector<Issue> issues = PaletteCheck::detect(colors);
         if (!c.vision) {
@@ -247,20 +203,6 @@ TEST(PaletteCheckLookAlikes, ReportedUnderTheFirstTypeAndSkippedWhenMeaningless)
     }
 }
 
-TEST(PaletteCheckLookAlikes, SentencesNameTheVisionWithANonBreakingHyphen) {
-    const std::vector<Issue> redGreen = PaletteCheck::detect(palette({u"#AA7134"_s, u"#D25834"_s}));
-    const std::vector<Issue> blueYellow =
-        PaletteCheck::detect(palette({u"#32C05B"_s, u"#0CAE3E"_s}));
-    ASSERT_EQ(redGreen.size(), 1u);
-    ASSERT_EQ(blueYellow.size(), 1u);
-    EXPECT_EQ(redGreen[0].text, u"C0 and C1 look the same to red‑green vision."_s);
-    EXPECT_EQ(blueYellow[0].text, u"C0 and C1 look the same to blue‑yellow vision."_s);
-    // Guards against an ordinary hyphen creeping into the expectation and the code alike.
-    EXPECT_EQ(redGreen[0].text.at(30).unicode(), 0x2011);
-    EXPECT_EQ(blueYellow[0].text.at(31).unicode(), 0x2011);
-    EXPECT_EQ(PaletteCheck::visionText(SimulationType::protanopia), u"red‑green vision"_s);
-}
-
 TEST(PaletteCheckDetect, ReadabilityThenDuplicatesThenLookAlikesByTypeBeforeIndex) {
     // The tritanopia pair (0, 1) has the lowest indices but comes last: types go first.
     const QList<ColorItem> colors =
@@ -269,69 +211,35 @@ TEST(PaletteCheckDetect, ReadabilityThenDuplicatesThenLookAlikesByTypeBeforeInde
     const QStringList expected = {
         readId(1), readId(5), dupeId(6, 7), lookId(1, 3), lookId(1, 4), lookId(3, 4), lookId(0, 1),
     };
-    const std::vector<Issue> issues = PaletteCheck::detect(colors);
-    EXPECT_EQ(idsOf(issues), expected);
-    EXPECT_EQ(textsOf(issues).first(), u"C1 is hard to read on C2."_s);
-    // Pure: the same palette gives the same result.
     EXPECT_EQ(idsOf(PaletteCheck::detect(colors)), expected);
 }
 
 TEST(PaletteCheckTexts, FixCountTooltipAndIcon) {
-    struct Case {
-        int count;
-        QString summary;
-        QString tooltip;
-        QString symbol;
-        double red;
+    const std::pair<int, QString> cases[] = {
+        {0, u"Nothing to fix"_s},
+        {1, u"1 thing to fix"_s},
+        {2, u"2 things to fix"_s},
+        {12, u"12 things to fix"_s},
     };
-    const Case cases[] = {
-        {0, u"Nothing to fix"_s, u"Check — everything reads well"_s, u"checkmark.circle.fill"_s,
-         0.36},
-        {1, u"1 thing to fix"_s, u"Check — 1 thing to fix"_s, u"exclamationmark.circle.fill"_s,
-         0.83},
-        {2, u"2 things to fix"_s, u"Check — 2 things to fix"_s, u"exclamationmark.circle.fill"_s,
-         0.83},
-        {12, u"12 things to fix"_s, u"Check — 12 things to fix"_s, u"exclamationmark.circle.fill"_s,
-         0.83},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.count);
-        EXPECT_EQ(PaletteCheck::fixCountText(c.count), c.summary);
-        EXPECT_EQ(PaletteCheck::checkButtonTooltip(c.count), c.tooltip);
-        EXPECT_EQ(PaletteCheck::checkButtonTooltip(c.count).at(6).unicode(), 0x2014);
-        EXPECT_EQ(PaletteCheck::checkButtonIcon(c.count).symbol, c.symbol);
-        EXPECT_DOUBLE_EQ(PaletteCheck::checkButtonIcon(c.count).color.red, c.red);
+    for (const auto& [count, summary] : cases) {
+        EXPECT_EQ(PaletteCheck::fixCountText(count), summary);
+        EXPECT_EQ(PaletteCheck::checkButtonIcon(count).symbol,
+                  count == 0 ? u"checkmark.circle.fill"_s : u"exclamationmark.circle.fill"_s);
     }
-    EXPECT_DOUBLE_EQ(PaletteCheck::checkButtonIcon(0).color.green, 0.68);
-    EXPECT_DOUBLE_EQ(PaletteCheck::checkButtonIcon(3).color.blue, 0.30);
+    EXPECT_EQ(PaletteCheck::checkButtonTooltip(0), u"Check — everything reads well"_s);
+    EXPECT_EQ(PaletteCheck::checkButtonTooltip(2), u"Check — 2 things to fix"_s);
 }
 
 TEST(PaletteCheckTexts, MidToneNotesAgainstTheBestLightColor) {
-    struct Case {
-        const char* name;
-        QStringList hexes;
-        QStringList notes;
-    };
     const QString headings = u" works for headings on your light colors, not body text."_s;
     const QString fills =
         u" won’t carry even a heading on your light colors. Keep it for fills and lines."_s;
-    const Case cases[] = {
-        // On #E0E0E0: #CC3333 3.9:1, #33CC33 1.6:1, #2E2EB8 7.4:1.
-        {"one light colour",
-         {u"#E0E0E0"_s, u"#CC3333"_s, u"#33CC33"_s, u"#2E2EB8"_s},
-         {u"C1"_s + headings, u"C2"_s + fills}},
-        // White lifts #CC3333 to 5.1:1; #33CC33 stays at 2.1:1.
-        {"white joins",
-         {u"#E0E0E0"_s, u"#CC3333"_s, u"#33CC33"_s, u"#FFFFFF"_s},
-         {u"C2"_s + fills}},
-        {"no light colour", {u"#CC3333"_s, u"#33CC33"_s, u"#000000"_s}, {}},
-        {"no mid-tone", {u"#FFFFFF"_s, u"#C7C700"_s}, {}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(PaletteCheck::midToneNotes(palette(c.hexes)), c.notes);
-    }
-    EXPECT_EQ(fills.at(4).unicode(), 0x2019);
+    // On #E0E0E0: #CC3333 3.9:1, #33CC33 1.6:1, #2E2EB8 7.4:1.
+    EXPECT_EQ(PaletteCheck::midToneNotes(palette(words(u"#E0E0E0 #CC3333 #33CC33 #2E2EB8"_s))),
+              (QStringList{u"C1"_s + headings, u"C2"_s + fills}));
+    // White lifts #CC3333 to 5.1:1; #33CC33 stays at 2.1:1.
+    EXPECT_EQ(PaletteCheck::midToneNotes(palette(words(u"#E0E0E0 #CC3333 #33CC33 #FFFFFF"_s))),
+              QStringList{u"C2"_s + fills});
 }
 
 } // namespace

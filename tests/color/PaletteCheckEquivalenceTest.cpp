@@ -3,7 +3,7 @@
 // codes that can't be read or are written loosely, locks, repeated ids, and issues that no
 // longer match the palette they are searched in. Every field of every issue must agree.
 
-#include "PaletteCheckTestSupport.h"
+#include "PaletteTestSupport.h"
 #include "StraightPaletteCheck.h"
 #include "color/ColorUtils.h"
 #include "color/ColorVisionSimulation.h"

@@ -1,4 +1,4 @@
-#include "PaletteCheckTestSupport.h"
+#include "PaletteTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -42,52 +42,39 @@ Issue handMadeLookAlike(const QList<ColorItem>& colors, int i, int j) {
     return issue;
 }
 
-TEST(PaletteFixDistance, SmallestOfTheThreeSimulatedDistances) {
-    EXPECT_DOUBLE_EQ(PaletteCheck::simulatedDistance(u"#AA7134"_s, u"#AA7134"_s), 0.0);
-    // White stays white for every type, black stays black: 255 * sqrt(3).
-    EXPECT_NEAR(PaletteCheck::simulatedDistance(u"#000000"_s, u"#FFFFFF"_s), 441.6729559300637,
-                1e-9);
-    // Under deuteranopia the pair lands on bytes 1, 9 and 3 apart: sqrt(91).
-    EXPECT_NEAR(PaletteCheck::simulatedDistance(u"#AA7134"_s, u"#D25834"_s), 9.9498743710662, 1e-9);
-    EXPECT_EQ(PaletteCheck::simulatedDistance(u"nope"_s, u"#FFFFFF"_s),
-              std::numeric_limits<double>::max());
-}
-
+// Moves of unlocked palettes, the ties among them included, are compared with an independent
+// model through the command line, and with a plain search on random palettes; here locks,
+// issues made by hand, and what the popover does with a move.
 TEST(PaletteFixSearch, SmallestSeparatingStepOfAnUnlockedColor) {
     struct Case {
         const char* name;
-        QStringList hexes;
+        QString hexes;
         std::initializer_list<int> locked;
         std::optional<LightnessMove> move;
     };
+    const LightnessMove lighterOther{idFor(1), u"C1"_s, u"#D25834"_s, u"#DE856A"_s, 0.13};
     const Case cases[] = {
-        {"other lightens 13 steps, colour would need 15",
-         {u"#AA7134"_s, u"#D25834"_s},
-         {},
-         LightnessMove{idFor(1), u"C1"_s, u"#D25834"_s, u"#DE856A"_s, 0.13}},
-        {"colour locked: other alone is tried",
-         {u"#AA7134"_s, u"#D25834"_s},
-         {0},
-         LightnessMove{idFor(1), u"C1"_s, u"#D25834"_s, u"#DE856A"_s, 0.13}},
+        {"other lightens 13 steps, colour would need 15", u"#AA7134 #D25834"_s, {}, lighterOther},
+        {"colour locked: other alone is tried", u"#AA7134 #D25834"_s, {0}, lighterOther},
         {"other locked: colour alone is tried",
-         {u"#AA7134"_s, u"#D25834"_s},
+         u"#AA7134 #D25834"_s,
          {1},
          LightnessMove{idFor(0), u"C0"_s, u"#AA7134"_s, u"#CD975D"_s, 0.15}},
-        {"both locked: no move", {u"#AA7134"_s, u"#D25834"_s}, {0, 1}, std::nullopt},
+        {"both locked: no move", u"#AA7134 #D25834"_s, {0, 1}, std::nullopt},
         // Other: 13 darker or 13 lighter; the darker stays.
         {"darker first on a tie",
-         {u"#968F89"_s, u"#BE8285"_s, u"#FFFFFF"_s},
+         u"#968F89 #BE8285 #FFFFFF"_s,
          {},
          LightnessMove{idFor(1), u"C1"_s, u"#BE8285"_s, u"#A7575B"_s, -0.13}},
         // Colour darker, colour lighter and other darker all need 12 steps.
         {"colour before other on a tie",
-         {u"#E75973"_s, u"#358576"_s},
+         u"#E75973 #358576"_s,
          {},
          LightnessMove{idFor(0), u"C0"_s, u"#E75973"_s, u"#DF2446"_s, -0.12}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const QList<ColorItem> colors = lockedAt(palette(c.hexes), c.locked);
+        const QList<ColorItem> colors = lockedAt(palette(words(c.hexes)), c.locked);
         const std::vector<Issue> issues = PaletteCheck::detect(colors);
         const std::optional<LightnessMove> move =
             PaletteCheck::findLightnessMove(onlyLookAlike(issues), colors, issues);
@@ -95,10 +82,8 @@ TEST(PaletteFixSearch, SmallestSeparatingStepOfAnUnlockedColor) {
         if (!move) {
             continue;
         }
-        EXPECT_EQ(move->colorID, c.move->colorID);
-        EXPECT_EQ(move->name, c.move->name);
-        EXPECT_EQ(move->fromHex, c.move->fromHex);
-        EXPECT_EQ(move->toHex, c.move->toHex);
+        EXPECT_EQ(std::tie(move->colorID, move->name, move->fromHex, move->toHex),
+                  std::tie(c.move->colorID, c.move->name, c.move->fromHex, c.move->toHex));
         EXPECT_NEAR(move->lightnessChange, c.move->lightnessChange, 1e-9);
     }
 }
@@ -109,12 +94,9 @@ TEST(PaletteFixSearch, AStepThatMakesANewIssueIsPassedOver) {
     const QList<ColorItem> colors = palette({u"#21BA68"_s, u"#56BB7A"_s, u"#FFFFFF"_s});
     const std::vector<Issue> issues = PaletteCheck::detect(colors);
     ASSERT_EQ(idsOf(issues), QStringList{lookId(0, 1)});
-
-    ASSERT_GE(PaletteCheck::simulatedDistance(u"#1B9755"_s, u"#56BB7A"_s), 60.0);
-    QList<ColorItem> nearer = colors;
+    QList<ColorItem> nearer = colors; // 0.08 darker: separated, but no longer readable
     nearer[0].hex = u"#1B9755"_s;
-    EXPECT_EQ(idsOf(PaletteCheck::detect(nearer)), QStringList{readId(0)});
-
+    ASSERT_EQ(idsOf(PaletteCheck::detect(nearer)), QStringList{readId(0)});
     const std::optional<LightnessMove> move =
         PaletteCheck::findLightnessMove(issues.front(), colors, issues);
     ASSERT_TRUE(move);
@@ -127,17 +109,17 @@ TEST(PaletteFixSearch, LightnessStaysStrictlyBetweenPointZeroThreeAndPointNineSe
     // colour has to go all the way past its locked partner instead.
     struct Case {
         const char* name;
-        QStringList hexes;
+        QString hexes;
         QString toHex;
         double change;
     };
     const Case cases[] = {
-        {"0.961 has no lighter step", {u"#F5F5F5"_s, u"#D4D4D4"_s}, u"#B0B0B0"_s, -0.27},
-        {"0.039 has no darker step", {u"#0A0A0A"_s, u"#2B2B2B"_s}, u"#4F4F4F"_s, 0.27},
+        {"0.961 has no lighter step", u"#F5F5F5 #D4D4D4"_s, u"#B0B0B0"_s, -0.27},
+        {"0.039 has no darker step", u"#0A0A0A #2B2B2B"_s, u"#4F4F4F"_s, 0.27},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        const QList<ColorItem> colors = lockedAt(palette(c.hexes), {1});
+        const QList<ColorItem> colors = lockedAt(palette(words(c.hexes)), {1});
         const std::vector<Issue> issues = PaletteCheck::detect(colors);
         const std::optional<LightnessMove> move =
             PaletteCheck::findLightnessMove(handMadeLookAlike(colors, 0, 1), colors, issues);
@@ -175,12 +157,6 @@ TEST(PaletteFixSearch, IssuesWithMovesSettlesLookAlikesOnly) {
     ASSERT_EQ(locked.size(), 1u);
     EXPECT_FALSE(locked[0].canFix);
     EXPECT_FALSE(locked[0].move);
-    const std::vector<Issue> open =
-        PaletteCheck::issuesWithMoves(palette({u"#AA7134"_s, u"#D25834"_s}));
-    ASSERT_EQ(open.size(), 1u);
-    EXPECT_TRUE(open[0].canFix);
-    ASSERT_TRUE(open[0].move);
-    EXPECT_EQ(open[0].move->toHex, u"#DE856A"_s);
 }
 
 TEST(PaletteFixApply, ChangesOnlyTheHexOfTheRightColor) {
@@ -213,49 +189,34 @@ TEST(PaletteFixApply, ChangesOnlyTheHexOfTheRightColor) {
     EXPECT_TRUE(PaletteCheck::applyFix(readability, without).isEmpty());
 }
 
-TEST(PaletteFixApply, LookAlikeFollowsItsMoveAndNearDuplicatesStayAsTheyAre) {
+TEST(PaletteFixApply, NothingToApplyWithoutAMoveOrForANearDuplicate) {
     const QList<ColorItem> colors = palette({u"#AA7134"_s, u"#D25834"_s});
-    const std::vector<Issue> issues = PaletteCheck::issuesWithMoves(colors);
-    ASSERT_EQ(issues.size(), 1u);
-    const QList<ColorItem> fixed = PaletteCheck::applyFix(issues[0], colors);
-    ASSERT_EQ(fixed.size(), 2);
-    EXPECT_EQ(fixed[0].hex, u"#AA7134"_s);
-    EXPECT_EQ(fixed[1].hex, u"#DE856A"_s);
-
-    Issue withoutMove = issues[0];
+    Issue withoutMove = PaletteCheck::issuesWithMoves(colors).at(0);
+    ASSERT_TRUE(withoutMove.move);
     withoutMove.move.reset();
-    EXPECT_EQ(PaletteCheck::applyFix(withoutMove, colors)[1].hex, u"#D25834"_s);
+    EXPECT_EQ(PaletteCheck::applyFix(withoutMove, colors), colors);
 
     const QList<ColorItem> twins = palette({u"#808080"_s, u"#80808E"_s});
     Issue duplicate = PaletteCheck::detect(twins).at(0);
     duplicate.canFix = true; // even so, there is nothing to apply
-    const QList<ColorItem> same = PaletteCheck::applyFix(duplicate, twins);
-    ASSERT_EQ(same.size(), 2);
-    EXPECT_EQ(same[0].hex, u"#808080"_s);
-    EXPECT_EQ(same[1].hex, u"#80808E"_s);
+    EXPECT_EQ(PaletteCheck::applyFix(duplicate, twins), twins);
 }
 
 TEST(PaletteFixCost, NamesTheNewLookAlikePartnerOfTheMovedColor) {
     struct Case {
-        const char* name;
-        QStringList hexes;
+        QString hexes;
         std::optional<QString> cost;
     };
     const Case cases[] = {
-        {"moved colour is the first of the new pair",
-         {u"#7C990C"_s, u"#A65820"_s, u"#FFFFFF"_s},
-         u"Now the same as C1 to red‑green vision."_s},
-        {"moved colour is the second of the new pair",
-         {u"#8B4A24"_s, u"#5EB119"_s, u"#FFFFFF"_s},
-         u"Now the same as C0 to red‑green vision."_s},
-        {"blue-yellow",
-         {u"#18909E"_s, u"#0A8D1F"_s, u"#FFFFFF"_s},
-         u"Now the same as C1 to blue‑yellow vision."_s},
-        {"no side effect", {u"#FFFFFF"_s, u"#C7C700"_s}, std::nullopt},
+        // The moved colour is the first of the new pair, then the second.
+        {u"#7C990C #A65820 #FFFFFF"_s, u"Now the same as C1 to red‑green vision."_s},
+        {u"#8B4A24 #5EB119 #FFFFFF"_s, u"Now the same as C0 to red‑green vision."_s},
+        {u"#18909E #0A8D1F #FFFFFF"_s, u"Now the same as C1 to blue‑yellow vision."_s},
+        {u"#FFFFFF #C7C700"_s, std::nullopt}, // no side effect
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const QList<ColorItem> before = palette(c.hexes);
+        SCOPED_TRACE(c.hexes.toStdString());
+        const QList<ColorItem> before = palette(words(c.hexes));
         const std::vector<Issue> issues = PaletteCheck::issuesWithMoves(before);
         ASSERT_FALSE(issues.empty());
         ASSERT_TRUE(PaletteCheck::isReadability(issues.front().kind));
@@ -277,64 +238,38 @@ TEST(PaletteFixCost, TheMoveDecidesWhichColorMoved) {
 
 TEST(PaletteFixRows, MergedRowOrderKeepsPlacesAndAppendsFixedSorted) {
     struct Case {
-        const char* name;
-        QStringList old;
-        QStringList current;
-        QStringList fixed;
-        QStringList merged;
+        QString old, current, fixed, merged;
     };
     const Case cases[] = {
-        {"gone rows drop, new rows append",
-         {u"a"_s, u"b"_s, u"c"_s},
-         {u"c"_s, u"d"_s, u"b"_s},
-         {},
-         {u"b"_s, u"c"_s, u"d"_s}},
-        {"a fixed row keeps its place",
-         {u"a"_s, u"b"_s, u"c"_s},
-         {u"c"_s},
-         {u"a"_s},
-         {u"a"_s, u"c"_s}},
-        {"fixed rows not yet placed go last, sorted",
-         {},
-         {u"x"_s, u"y"_s},
-         {u"q"_s, u"p"_s},
-         {u"x"_s, u"y"_s, u"p"_s, u"q"_s}},
-        {"no duplicates", {u"b"_s}, {u"b"_s}, {u"c"_s, u"a"_s, u"b"_s}, {u"b"_s, u"a"_s, u"c"_s}},
-        {"empty", {u"a"_s}, {}, {}, {}},
+        {u"a b c"_s, u"c d b"_s, u""_s, u"b c d"_s}, // gone rows drop, new rows append
+        {u"a b c"_s, u"c"_s, u"a"_s, u"a c"_s},      // a fixed row keeps its place
+        {u""_s, u"x y"_s, u"q p"_s, u"x y p q"_s},   // fixed rows not yet placed go last, sorted
+        {u"b"_s, u"b"_s, u"c a b"_s, u"b a c"_s},    // no duplicates
+        {u"a"_s, u""_s, u""_s, u""_s},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(PaletteCheck::mergedRowOrder(c.old, c.current, c.fixed), c.merged);
+        EXPECT_EQ(PaletteCheck::mergedRowOrder(words(c.old), words(c.current), words(c.fixed)),
+                  words(c.merged))
+            << c.old.toStdString() << " / " << c.current.toStdString();
     }
 }
 
 TEST(PaletteFixRows, VerdictShowsFixedRowsAndThreeOpenOnes) {
     struct Case {
-        const char* name;
-        QStringList ids;
-        QStringList fixed;
-        QStringList shown;
+        QString ids, fixed, shown;
         int hidden;
     };
     const Case cases[] = {
-        {"five open, one fixed",
-         {u"o1"_s, u"o2"_s, u"f"_s, u"o3"_s, u"o4"_s, u"o5"_s},
-         {u"f"_s},
-         {u"o1"_s, u"o2"_s, u"f"_s, u"o3"_s},
-         2},
-        {"a fixed row after the limit is still shown",
-         {u"o1"_s, u"o2"_s, u"o3"_s, u"o4"_s, u"f"_s},
-         {u"f"_s},
-         {u"o1"_s, u"o2"_s, u"o3"_s, u"f"_s},
-         1},
-        {"three open", {u"o1"_s, u"o2"_s, u"o3"_s}, {}, {u"o1"_s, u"o2"_s, u"o3"_s}, 0},
-        {"nothing", {}, {}, {}, 0},
+        {u"o1 o2 f o3 o4 o5"_s, u"f"_s, u"o1 o2 f o3"_s, 2},
+        {u"o1 o2 o3 o4 f"_s, u"f"_s, u"o1 o2 o3 f"_s, 1}, // a fixed row after the limit is shown
+        {u"o1 o2 o3"_s, u""_s, u"o1 o2 o3"_s, 0},
+        {u""_s, u""_s, u""_s, 0},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const PaletteCheck::VerdictRows rows = PaletteCheck::splitVerdictRows(c.ids, c.fixed);
-        EXPECT_EQ(rows.shown, c.shown);
-        EXPECT_EQ(rows.hiddenCount, c.hidden);
+        const PaletteCheck::VerdictRows rows =
+            PaletteCheck::splitVerdictRows(words(c.ids), words(c.fixed));
+        EXPECT_EQ(rows.shown, words(c.shown)) << c.ids.toStdString();
+        EXPECT_EQ(rows.hiddenCount, c.hidden) << c.ids.toStdString();
     }
     EXPECT_FALSE(PaletteCheck::moreRowsText(0));
     EXPECT_FALSE(PaletteCheck::moreRowsText(-1));

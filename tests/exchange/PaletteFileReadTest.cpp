@@ -116,7 +116,6 @@ TEST(PaletteFileRead, ReadsEachEntryByItsOwnRules) {
 
     const QList<EntryCase> cases{
         {"three digits padded", R"({"hex": " #abc ", "name": "A"})", u"#AABBCC"_s, u"A"_s},
-        {"no hash", R"({"hex": "abcdef", "name": "A"})", u"#ABCDEF"_s, u"A"_s},
         {"line ends trimmed", R"({"hex": "\n#abcdef\t\r", "name": "A"})", u"#ABCDEF"_s, u"A"_s},
         {"four digits", R"({"hex": "#ABCD", "name": "A"})", QString()},
         {"two hashes", R"({"hex": "##ABC", "name": "A"})", QString()},

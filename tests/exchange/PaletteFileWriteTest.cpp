@@ -26,70 +26,16 @@ QDateTime savingMoment() {
         .toTimeZone(QTimeZone(5 * 3600 + 30 * 60));
 }
 
-TEST(PaletteFileWrite, WritesNamesCodesAndOnlyTheDividersThereAre) {
-    const QList<ColorItem> colors{
-        color(u"Ink"_s, u"#ffa69e"_s),
-        color(u"Brand"_s, u"#B8F2E6"_s, true, u"Brand"_s),
-        color(u"Plain"_s, u"#000000"_s, true),
-        color(u""_s, u"#FFFFFF"_s, false, u"stale"_s),
-    };
-    const QJsonObject written = PaletteFile::exportDictionary(u"Starter"_s, colors, savingMoment());
-    const QJsonObject expected{
-        {u"name"_s, u"Starter"_s},
-        {u"version"_s, u"2.0"_s},
-        {u"exportedAt"_s, u"2026-01-31T09:30:00Z"_s},
-        {u"colors"_s,
-         QJsonArray{
-             QJsonObject{{u"hex"_s, u"#ffa69e"_s}, {u"name"_s, u"Ink"_s}},
-             QJsonObject{{u"hex"_s, u"#B8F2E6"_s},
-                         {u"name"_s, u"Brand"_s},
-                         {u"dividerBefore"_s, true},
-                         {u"dividerLabel"_s, u"Brand"_s}},
-             QJsonObject{
-                 {u"hex"_s, u"#000000"_s}, {u"name"_s, u"Plain"_s}, {u"dividerBefore"_s, true}},
-             QJsonObject{{u"hex"_s, u"#FFFFFF"_s}, {u"name"_s, u""_s}},
-         }},
-    };
-    EXPECT_EQ(written, expected);
-}
-
-TEST(PaletteFileWrite, BytesArePrettyWithSortedKeys) {
-    const QByteArray bytes = PaletteFile::exportBytes(
-        u"Z"_s, {color(u"A"_s, u"#000000"_s, true, u"L"_s)}, savingMoment());
-    const QList<QByteArray> keys{"\"colors\"",      "\"dividerBefore\"", "\"dividerLabel\"",
-                                 "\"hex\"",         "\"name\": \"A\"",   "\"exportedAt\"",
-                                 "\"name\": \"Z\"", "\"version\""};
-    qsizetype previous = -1;
-    for (const QByteArray& key : keys) {
-        const qsizetype at = bytes.indexOf(key);
-        EXPECT_GT(at, previous) << key.toStdString() << " in\n" << bytes.toStdString();
-        previous = at;
-    }
-    EXPECT_TRUE(bytes.startsWith("{\n    \"colors\": [\n")) << bytes.toStdString();
-    EXPECT_TRUE(bytes.endsWith("}\n"));
-}
-
-TEST(PaletteFileWrite, ReadsBackWhatItWrote) {
-    const QList<ColorItem> colors{
-        color(u"Caf\u00e9 \U0001F308"_s, u"#FFA69E"_s),
-        color(u"Quote \" and | : \\"_s, u"#B8F2E6"_s, true, u"Group"_s),
-        color(u"No label"_s, u"#000000"_s, true),
-    };
-    const PaletteFileResult read = PaletteFile::parsePaletteFile(
-        PaletteFile::exportBytes(u" Spaced "_s, colors, savingMoment()));
-    ASSERT_FALSE(read.errorMessage);
-    EXPECT_EQ(read.name, u" Spaced "_s);
-    ASSERT_EQ(read.colors.size(), colors.size());
-    for (qsizetype i = 0; i < colors.size(); ++i) {
-        const ColorItem& back = read.colors.at(i);
-        EXPECT_EQ(back.name, colors.at(i).name);
-        EXPECT_EQ(back.hex, colors.at(i).hex);
-        EXPECT_EQ(back.dividerBefore, colors.at(i).dividerBefore);
-        EXPECT_EQ(back.dividerLabel, colors.at(i).dividerLabel);
-        EXPECT_FALSE(back.isAutoNamed); // the file gave it a name
-        EXPECT_FALSE(back.isLocked);
-        EXPECT_NE(back.id, colors.at(i).id);
-    }
+// The writer's object for stored palettes, its sorted keys and what the reader makes of it are
+// compared with an independent model through the command line; here the moment of saving in
+// another zone, and names the reader won't take back.
+TEST(PaletteFileWrite, TheMomentIsWrittenInUtcToTheSecond) {
+    const QJsonObject written = PaletteFile::exportDictionary(
+        u"Z"_s, {color(u"A"_s, u"#000000"_s, false, u"stale"_s)}, savingMoment());
+    EXPECT_EQ(written.value(u"exportedAt"_s).toString(), u"2026-01-31T09:30:00Z"_s);
+    // A label without its divider isn't written, nor is the lock.
+    EXPECT_EQ(written.value(u"colors"_s).toArray().at(0).toObject(),
+              (QJsonObject{{u"hex"_s, u"#000000"_s}, {u"name"_s, u"A"_s}}));
 }
 
 TEST(PaletteFileWrite, HasNoLimitsOfItsOwnButTheReaderHas) {
@@ -103,14 +49,11 @@ TEST(PaletteFileWrite, HasNoLimitsOfItsOwnButTheReaderHas) {
 
 TEST(PaletteFileNames, SuggestedNamesAvoidWhatFileSystemsRefuse) {
     const QList<std::pair<QString, QString>> cases{
-        {u"Brand"_s, u"Brand"_s},
         {u"Brand / Web"_s, u"Brand - Web"_s},
         {u"a/\\:*?\"<>|b"_s, u"a---------b"_s},
         {u" -Brand- "_s, u"Brand"_s},
         {u"\t<Brand>\u00A0"_s, u"Brand"_s},
-        {u"Brand.v2"_s, u"Brand.v2"_s},
-        {u"Caf\u00e9 \U0001F308"_s, u"Caf\u00e9 \U0001F308"_s},
-        {u"a - b"_s, u"a - b"_s},
+        {u"Caf\u00e9 \U0001F308.v2"_s, u"Caf\u00e9 \U0001F308.v2"_s},
         {u"///"_s, u"Palette"_s},
         {u" - "_s, u"Palette"_s},
         {QString(), u"Palette"_s},

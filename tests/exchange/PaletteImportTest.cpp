@@ -107,6 +107,9 @@ protected:
     std::vector<std::pair<QString, QString>> announcements;
 };
 
+// What an import makes of a file (the new record, its name, its content hash, a palette found
+// again) is compared with an independent model through the command line; here the store's
+// side: the active palette, the save, the toast on the next turn, and the refusals.
 TEST_F(PaletteImportTest, AddsANewPaletteMadeActiveAndAnnouncedOnTheNextTurn) {
     const QList<ColorItem> colors{color(u"Dusk"_s, u"#E07A5F"_s),
                                   color(u"Sand"_s, u"#F4E8C1"_s, true, u"Warm"_s)};
@@ -119,18 +122,9 @@ TEST_F(PaletteImportTest, AddsANewPaletteMadeActiveAndAnnouncedOnTheNextTurn) {
     ASSERT_EQ(store->templates().size(), 3);
     const ColorTemplate& added = store->templates().at(2);
     EXPECT_EQ(outcome.templateId, added.id);
-    EXPECT_NE(added.id, brand.id);
-    EXPECT_FALSE(added.id.isNull());
-    EXPECT_EQ(added.name, u"Sunset"_s);
-    ASSERT_EQ(added.colors.size(), 2);
-    EXPECT_EQ(added.colors.at(1).hex, u"#F4E8C1"_s);
     EXPECT_EQ(added.colors.at(1).dividerLabel, u"Warm"_s);
     EXPECT_EQ(added.createdAt, clock.nowMs());
-    EXPECT_EQ(added.updatedAt, clock.nowMs());
-    EXPECT_EQ(added.revision, 1);
     EXPECT_EQ(added.contentHash, computeContentHash(added.name, added.colors));
-    EXPECT_FALSE(added.isLocked);
-    EXPECT_FALSE(added.updatedByDeviceId);
     EXPECT_EQ(store->activeTemplateId(), added.id);
     EXPECT_EQ(writer.activeIds, std::vector<QString>{uuidText(added.id)});
 
@@ -226,10 +220,6 @@ TEST_F(PaletteImportTest, ARefusedFileChangesNothing) {
              return dir.filePath(u"folder.hueshelf"_s);
          },
          readPrefix},
-        {"not ours", [&] { return write(u"list.hueshelf"_s, "[1]"); },
-         u"That isn't a HueShelf palette file."_s},
-        {"no colours", [&] { return write(u"empty.hueshelf"_s, R"({"name":"X","colors":[]})"); },
-         u"That file has no colors HueShelf can read."_s},
         {"a name the writer allowed", [&] { return saved(longName, u"long.hueshelf"_s); },
          u"Palette name is too long. Maximum 100 characters."_s},
     };

@@ -129,12 +129,5 @@ TEST(PaletteLinkLimits, TheLinkIsCountedAsWrittenNotInCodeUnits) {
     EXPECT_EQ(PaletteLink::decode(*link), palette);
 }
 
-TEST(PaletteLinkLimits, FortyColoursWithLongEscapedNamesAreTooLong) {
-    const Palette palette{u"P"_s,
-                          QList<Color>(40, Color{u"%"_s.repeated(40), u"#000000"_s, false, {}})};
-    EXPECT_EQ(PaletteLink::validate(palette.name, palette.colors), std::nullopt);
-    EXPECT_EQ(PaletteLink::encode(palette.name, palette.colors), LinkError::tooLong);
-}
-
 } // namespace
 } // namespace hueshelf::testing

@@ -19,65 +19,16 @@ const Palette brand{
     u"Brand"_s,
     {{u"Primary"_s, u"#FF0000"_s, false, {}}, {u"Sky"_s, u"#87CEEB"_s, true, u"Soft"_s}}};
 
-TEST(PaletteLink, WritesTheExampleBehindTheConfiguredHost) {
-    EXPECT_FALSE(PaletteLink::linkHost().isEmpty());
-    EXPECT_EQ(PaletteLink::linkPrefix(), u"https://"_s + PaletteLink::linkHost() + u"/p/#1;"_s);
-    EXPECT_EQ(PaletteLink::encode(brand.name, brand.colors),
-              linkOf(u"Brand;Primary:FF0000,|Soft|Sky:87CEEB"_s));
-}
-
-TEST(PaletteLink, DecodingWhatWasEncodedGivesThePaletteBack) {
-    const Palette cases[] = {
-        brand,
-        {u"a:b;c,d|e%f/g h#i"_s,
-         {{u"a:b"_s, u"#000000"_s, false, {}},
-          {u"|x|"_s, u"#FFFFFF"_s, true, u"a|b:c,d;e"_s},
-          {u"%7C"_s, u"#123456"_s, true, {}}}},
-        {u"Café 東京"_s,
-         {{u"Ωμέγα"_s, u"#ABCDEF"_s, false, {}}, {u"e\u0301"_s, u"#0A0B0C"_s, false, {}}}},
-        {u"😀 Party 🇩🇪"_s, {{u"👨‍👩‍👧"_s, u"#FEDCBA"_s, true, u"🎨"_s}}},
-        // A name that begins with a mark sits right behind a separator in the link.
-        {u"\u0301x"_s, {{u"\u0301y"_s, u"#000001"_s, false, {}}}},
-        {u"-_.!~*'()"_s, {{u"'"_s, u"#999999"_s, false, {}}}},
-    };
-    for (const Palette& palette : cases) {
-        SCOPED_TRACE(palette.name.toStdString());
-        const auto link = PaletteLink::encode(palette.name, palette.colors);
-        ASSERT_TRUE(link) << PaletteLink::caseName(link.error()).toStdString();
-        EXPECT_EQ(PaletteLink::decode(*link), palette);
-    }
-}
-
-TEST(PaletteLink, EncodingWhatWasDecodedGivesTheTextBack) {
-    const QString payloads[] = {
-        u"Brand;Primary:FF0000,|Soft|Sky:87CEEB"_s,
-        u"a%3Ab;a%3Ab:000000,|%7C:0A0B0C,|a%7Cb|c%2Cd:ABCDEF"_s,
-        u"Café;東京:123456,%F0%9F%98%80:654321"_s,
-    };
-    for (const QString& payload : payloads) {
-        SCOPED_TRACE(payload.toStdString());
-        const auto palette = PaletteLink::decode(linkOf(payload));
-        ASSERT_TRUE(palette) << PaletteLink::caseName(palette.error()).toStdString();
-        EXPECT_EQ(PaletteLink::encode(palette->name, palette->colors), linkOf(payload));
-    }
-}
-
-TEST(PaletteLink, ReadsTheSamePaletteFromEveryFormItMayArriveIn) {
-    const Palette expected{u"Café"_s,
-                           {{u"東"_s, u"#FF0000"_s, false, {}},
-                            {u"Sky"_s, u"#87CEEB"_s, true, u"Soft"_s},
-                            {u"Sea"_s, u"#000080"_s, true, {}}}};
-    const QString texts[] = {
-        u"hueshelf://import#1;Café;東:FF0000,|Soft|Sky:87CEEB,|Sea:000080"_s,
-        u"hueshelf://import#1;Caf%C3%A9;%E6%9D%B1:ff0000,|Soft|Sky:87ceeb,|Sea:000080"_s,
-        u"https://elsewhere.example/p/#1;Caf%c3%a9;%e6%9d%b1:#FF0000,%7cSoft%7cSky:87CEEB,"
-        u"%7CSea:000080"_s,
-        u"1;Café;東:FF0000,%7CSoft%7CSky:87CEEB,%7cSea:000080"_s,
-    };
-    for (const QString& text : texts) {
-        SCOPED_TRACE(text.toStdString());
-        EXPECT_EQ(PaletteLink::decode(text), expected);
-    }
+// Random palettes of every script, links in every form they may arrive in (the app's scheme,
+// other hosts, bare payloads, lower-case escapes) and mangled links are compared with an
+// independent codec through the command line. Here the order of the refusals, the repair of
+// an escaped pipe, and what a command can't hand over.
+TEST(PaletteLink, ANameBeginningWithAMarkSurvivesTheRoundTrip) {
+    // Behind a separator in the link, a mark must not join the separator.
+    const Palette palette{u"\u0301x"_s, {{u"\u0301y"_s, u"#000001"_s, true, u"\u0301"_s}}};
+    const auto link = PaletteLink::encode(palette.name, palette.colors);
+    ASSERT_TRUE(link) << PaletteLink::caseName(link.error()).toStdString();
+    EXPECT_EQ(PaletteLink::decode(*link), palette);
 }
 
 TEST(PaletteLink, AnEscapedPipeIsAPipeOnlyAtTheHeadOfAField) {
@@ -216,20 +167,10 @@ TEST(PaletteLink, ATemplateLeavesStaleDividerLabelsBehind) {
 }
 
 TEST(PaletteLink, MakesANewPaletteUnderAFreeName) {
-    const std::pair<QStringList, QString> cases[] = {
-        {{}, u"Brand"_s},
-        {{u"Brand"_s}, u"Brand (1)"_s},
-        {{u"Brand"_s, u"Brand (1)"_s, u"Brand (3)"_s}, u"Brand (2)"_s},
-        {{u"brand"_s, u"Brand "_s}, u"Brand"_s},
-        {{u"Brand (1)"_s}, u"Brand"_s},
-    };
-    for (const auto& [existing, name] : cases) {
-        SCOPED_TRACE(existing.join(u'/').toStdString());
-        EXPECT_EQ(PaletteLink::makeTemplate(brand, existing, 5.0).name, name);
-    }
-
-    // The colours keep what the link carried and count as named by a person.
+    // The naming rule itself is the import's; a link keeps what it carried.
+    EXPECT_EQ(PaletteLink::makeTemplate(brand, {u"Brand"_s}, 5.0).name, u"Brand (1)"_s);
     const ColorTemplate made = PaletteLink::makeTemplate(brand, {}, 1234.5);
+    EXPECT_EQ(made.name, u"Brand"_s);
     EXPECT_EQ(made.createdAt, 1234.5);
     EXPECT_EQ(made.contentHash, computeContentHash(made.name, made.colors));
     QList<Color> carried;

@@ -33,6 +33,11 @@ inline ColorItem colorItem(int n, const QString& hex, bool locked = false) {
     return item;
 }
 
+// "a b c" as {"a", "b", "c"}: keeps tables of codes on one line.
+inline QStringList words(const QString& text) {
+    return text.split(u' ', Qt::SkipEmptyParts);
+}
+
 // Colours C0, C1, ... with ids idFor(0), idFor(1), ...
 inline QList<ColorItem> palette(const QStringList& hexes) {
     QList<ColorItem> colors;
@@ -48,14 +53,6 @@ inline QStringList idsOf(const std::vector<PaletteCheck::Issue>& issues) {
         ids.append(issue.id);
     }
     return ids;
-}
-
-inline QStringList textsOf(const std::vector<PaletteCheck::Issue>& issues) {
-    QStringList texts;
-    for (const PaletteCheck::Issue& issue : issues) {
-        texts.append(issue.text);
-    }
-    return texts;
 }
 
 inline QString readId(int n) {

@@ -65,9 +65,7 @@ std::optional<CheckedColors> fromFile(Invocation& call, int& status) {
 
 std::optional<CheckedColors> fromStore(Invocation& call, int& status) {
     const StoreSession session(StoreSession::Access::readOnly);
-    const std::optional<QString> wanted =
-        call.positionals().isEmpty() ? std::nullopt
-                                     : std::optional<QString>(call.positionals().constFirst());
+    const std::optional<QString> wanted = call.firstPositional();
     const std::optional<ColorTemplate> palette = PaletteLookup::resolve(session.storage(), wanted);
     if (!palette) {
         status = call.fail(PaletteLookup::notFoundMessage(wanted));

@@ -12,6 +12,19 @@ using namespace Qt::StringLiterals;
 
 namespace hueshelf::cli::CreatedPalette {
 
+QList<OptionSpec> options(const QString& createHelp) {
+    return {OptionSpec{.name = u"create"_s,
+                       .shortName = {},
+                       .arity = OptionArity::flag,
+                       .valueName = {},
+                       .help = createHelp},
+            OptionSpec{.name = u"name"_s,
+                       .shortName = {},
+                       .arity = OptionArity::value,
+                       .valueName = u"NAME"_s,
+                       .help = u"the new palette's name"_s}};
+}
+
 std::optional<QString> wantedName(Invocation& call, const QString& defaultName) {
     const bool creating = call.arguments().has(u"create"_s);
     if (!call.arguments().has(u"name"_s))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Command.h"
 #include "model/ColorItem.h"
 
 #include <QList>
@@ -15,6 +16,9 @@ class StoreSession;
 // The "--create [--name NAME]" half that the generator commands share: the name rule and the
 // new palette, added as the generators' "Create palette" adds it.
 namespace CreatedPalette {
+
+// "--create" (with `createHelp`) and "--name NAME", for the command's option table.
+QList<OptionSpec> options(const QString& createHelp);
 
 // The wanted name: --name trimmed of blanks, else `defaultName`. Absent after a usage error
 // was reported (--name without --create, or a name of blanks only).

@@ -14,9 +14,7 @@ int runDark(Invocation& call) {
     const bool creating = call.arguments().has(u"create"_s);
     StoreSession session(creating ? StoreSession::Access::readWrite
                                   : StoreSession::Access::readOnly);
-    const std::optional<QString> wanted =
-        call.positionals().isEmpty() ? std::nullopt
-                                     : std::optional<QString>(call.positionals().constFirst());
+    const std::optional<QString> wanted = call.firstPositional();
     const std::optional<ColorTemplate> palette = PaletteLookup::resolve(session.storage(), wanted);
     if (!palette)
         return call.fail(PaletteLookup::notFoundMessage(wanted));
@@ -65,16 +63,7 @@ Command darkCommand() {
             u"active, and its stored record is printed.\n"
             u"\n"
             u"JSON: {\"colors\": [{\"name\", \"hex\"}]}.\n"_s,
-        .options = {OptionSpec{.name = u"create"_s,
-                               .shortName = {},
-                               .arity = OptionArity::flag,
-                               .valueName = {},
-                               .help = u"add the dark version as a new palette"_s},
-                    OptionSpec{.name = u"name"_s,
-                               .shortName = {},
-                               .arity = OptionArity::value,
-                               .valueName = u"NAME"_s,
-                               .help = u"the new palette's name"_s}},
+        .options = CreatedPalette::options(u"add the dark version as a new palette"_s),
         .minPositionals = 0,
         .maxPositionals = 1,
         .takesJson = true,

@@ -13,9 +13,7 @@ namespace {
 
 int runExport(Invocation& call) {
     const StoreSession session(StoreSession::Access::readOnly);
-    const std::optional<QString> wanted =
-        call.positionals().isEmpty() ? std::nullopt
-                                     : std::optional<QString>(call.positionals().constFirst());
+    const std::optional<QString> wanted = call.firstPositional();
     const std::optional<ColorTemplate> palette = PaletteLookup::resolve(session.storage(), wanted);
     if (!palette)
         return call.fail(PaletteLookup::notFoundMessage(wanted));

@@ -7,6 +7,8 @@
 #include <QJsonObject>
 #include <QTextStream>
 
+#include <optional>
+
 namespace hueshelf::cli {
 
 // What a command handler gets: its parsed arguments, the two output streams, and the common
@@ -19,6 +21,11 @@ public:
     const Command& command() const { return m_command; }
     const ParsedArguments& arguments() const { return m_arguments; }
     const QStringList& positionals() const { return m_arguments.positionals; }
+    // The first positional argument, such as an optional PALETTE, if one was given.
+    std::optional<QString> firstPositional() const {
+        return positionals().isEmpty() ? std::nullopt
+                                       : std::optional<QString>(positionals().constFirst());
+    }
     bool json() const { return m_arguments.json; }
 
     QTextStream& out() { return m_out; }

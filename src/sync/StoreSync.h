@@ -87,6 +87,10 @@ private:
     void finishFullSync(const QList<SyncableTemplate>& records);
     // Reads the templates folder on the io queue, then hands the records to `finish` here.
     void readFolderThen(void (StoreSync::*finish)(const QList<SyncableTemplate>&));
+    // The palette's agreement with the folder: its time and shadow entry. recordSynced also
+    // stores the shadow state at once.
+    void noteSynced(const QUuid& id, double lastModified, const QString& contentHash,
+                    qint64 revision);
     void recordSynced(const QUuid& id, double lastModified, const QString& contentHash,
                       qint64 revision);
     // Publishes a changed list with a valid active id and writes it without stamping.

@@ -55,6 +55,15 @@ QString duplicateSignature(const ColorTemplate& palette) {
     return palette.name + u"::"_s + colors.join(u'|');
 }
 
+// Each id with the place where it first stands.
+QHash<QUuid, qsizetype> firstPlaces(const QList<ColorTemplate>& templates) {
+    QHash<QUuid, qsizetype> places;
+    places.reserve(templates.size());
+    for (qsizetype i = templates.size() - 1; i >= 0; --i)
+        places.insert(templates.at(i).id, i);
+    return places;
+}
+
 qsizetype indexOf(const QList<ColorTemplate>& templates, const QUuid& id) {
     for (qsizetype i = 0; i < templates.size(); ++i) {
         if (templates.at(i).id == id)
@@ -105,25 +114,26 @@ SyncResult StoreSync::resolveSync(const ColorTemplate& local,
 
 void StoreSync::applyRemoteTemplates(const QList<SyncableTemplate>& records) {
     QList<ColorTemplate> working = m_storage.templates();
-    QSet<QUuid> ids;
-    for (const ColorTemplate& palette : std::as_const(working))
-        ids.insert(palette.id);
+    // The ids of the working copy, each with its first place in it: a pull looks up every
+    // palette of the folder.
+    QHash<QUuid, qsizetype> places = firstPlaces(working);
     QList<SyncConflict> conflicts;
 
     for (const SyncableTemplate& record : records) {
         if (record.deleted) {
-            if (!ids.contains(record.id))
+            if (!places.contains(record.id))
                 continue;
             // A deletion always wins, whatever was edited here meanwhile.
             working.removeIf([&](const ColorTemplate& palette) { return palette.id == record.id; });
-            ids.remove(record.id);
+            // The palettes behind it have moved up.
+            places = firstPlaces(working);
             m_storage.removeShadowState(record.id);
             m_storage.saveShadowState();
             continue;
         }
 
-        if (ids.contains(record.id)) {
-            const qsizetype index = indexOf(working, record.id);
+        if (const auto place = places.constFind(record.id); place != places.cend()) {
+            const qsizetype index = *place;
             const SyncResult result = resolveSync(working.at(index), record);
             if (result.kind == SyncResult::Kind::acceptRemote) {
                 working[index] = toColorTemplate(record);
@@ -136,7 +146,7 @@ void StoreSync::applyRemoteTemplates(const QList<SyncableTemplate>& records) {
                 const ColorTemplate copy = ColorTemplate::makeNew(
                     record.name + kConflictSuffix, toColorTemplate(record).colors, now);
                 working.append(copy);
-                ids.insert(copy.id);
+                places.insert(copy.id, working.size() - 1);
                 m_storage.setShadowState(
                     record.id, ShadowTemplateState{local.contentHash, local.revision, now});
                 m_storage.saveShadowState();
@@ -152,7 +162,7 @@ void StoreSync::applyRemoteTemplates(const QList<SyncableTemplate>& records) {
         if (doublesAPalette(working, record))
             continue;
         working.append(toColorTemplate(record));
-        ids.insert(record.id);
+        places.insert(record.id, working.size() - 1);
         recordSynced(record.id, record.lastModified, record.contentHash, record.revision);
     }
 

@@ -46,7 +46,9 @@ QByteArray encode(const QJsonObject& object);
 // missing or can't be listed gives an empty list. Only files named "<UUID>.json" (in any case
 // the UUID reader takes) are considered; one above 1,048,576 bytes is skipped unread, one that
 // doesn't read or decode is skipped silently, and so is a record of schema version 3 or above,
-// which belongs to a newer device. The id inside a file is not compared with its name.
+// which belongs to a newer device. The id inside a file is not compared with its name. The
+// files are shared out among the calling thread and whatever threads of the global pool are
+// free at the call; it returns once every file is read.
 QList<SyncableTemplate> readTemplatesFolder(const QString& templatesFolder);
 
 // One palette file as it stands, with no filter on size or schema version; none when it

@@ -3,11 +3,19 @@
 #include "sync/SyncUuidText.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
+#include <QSemaphore>
+#include <QThread>
+#include <QThreadPool>
 
+#include <algorithm>
+#include <atomic>
 #include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace hueshelf::SyncFolder {
 
@@ -45,6 +53,54 @@ bool isTemplateFileName(const QString& name) {
     return parseCanonicalUuid(QStringView(name).chopped(kJsonExtension.size())).has_value();
 }
 
+// One listed palette file as a pass takes it: none when it is too large, unreadable, not a
+// record, or a newer device's.
+std::optional<SyncableTemplate> readListedTemplate(const QString& path) {
+    const std::optional<QJsonDocument> document =
+        readJsonFile(path, SyncLimits::maxTemplateFileSize);
+    if (!document || !document->isObject())
+        return std::nullopt;
+    std::optional<SyncableTemplate> record = SyncableTemplate::fromJson(document->object());
+    // A newer device's file is left alone: neither merged nor reported.
+    if (!record || record->schemaVersion >= 3)
+        return std::nullopt;
+    return record;
+}
+
+// Fewer files than this per thread are not worth waking a thread for.
+constexpr qsizetype kFilesPerHelper = 32;
+
+// Calls `readAt(i)` once for every index below `count`: on this thread, and on as many threads
+// of the global pool as are free at this moment and the machine has cores for. A busy pool only
+// means fewer helpers, never a wait for one to start. `readAt` must be safe to run on several
+// indexes at once.
+template <typename ReadAt>
+void readInParallel(qsizetype count, const ReadAt& readAt) {
+    std::atomic<qsizetype> next{0};
+    const auto work = [&next, count, &readAt] {
+        for (qsizetype i = next.fetch_add(1, std::memory_order_relaxed); i < count;
+             i = next.fetch_add(1, std::memory_order_relaxed))
+            readAt(i);
+    };
+    QThreadPool* pool = QThreadPool::globalInstance();
+    const qsizetype wanted =
+        std::min<qsizetype>(QThread::idealThreadCount() - 1, count / kFilesPerHelper);
+    // Shared, so that a helper still leaving release() never touches a semaphore that this
+    // frame has already let go of.
+    const auto finished = std::make_shared<QSemaphore>();
+    int helpers = 0;
+    for (; helpers < wanted; ++helpers) {
+        const bool started = pool->tryStart([&work, finished] {
+            work();
+            finished->release();
+        });
+        if (!started)
+            break;
+    }
+    work();
+    finished->acquire(helpers);
+}
+
 } // namespace
 
 QList<SyncableTemplate> readTemplatesFolder(const QString& templatesFolder) {
@@ -52,24 +108,33 @@ QList<SyncableTemplate> readTemplatesFolder(const QString& templatesFolder) {
     if (templatesFolder.isEmpty())
         return {};
     // Regular files only (and links to them): a directory can't be read, and a pipe would
-    // block the read.
-    const QFileInfoList entries = QDir(templatesFolder).entryInfoList(QDir::Files, QDir::Name);
+    // block the read. The size limit is checked on the opened file, which is the one read.
+    QStringList names;
+    QDirIterator entries(templatesFolder, QDir::Files);
+    while (entries.hasNext()) {
+        entries.next();
+        if (isTemplateFileName(entries.fileName()))
+            names.append(entries.fileName());
+    }
+    // The order of QDir::Name, code unit by code unit, without the file information that
+    // QDir builds for every entry to sort by it.
+    std::sort(names.begin(), names.end());
+    const QDir folder(templatesFolder);
+    QStringList paths;
+    paths.reserve(names.size());
+    for (const QString& name : std::as_const(names))
+        paths.append(folder.filePath(name));
+    // Each file is read and decoded on its own, so the files are shared among threads; each
+    // result keeps its place, and the list keeps the files' order.
+    std::vector<std::optional<SyncableTemplate>> read(std::size_t(paths.size()));
+    readInParallel(paths.size(), [&paths, &read](qsizetype i) {
+        read[std::size_t(i)] = readListedTemplate(paths.at(i));
+    });
     QList<SyncableTemplate> records;
-    records.reserve(entries.size());
-    for (const QFileInfo& entry : entries) {
-        if (!isTemplateFileName(entry.fileName()))
-            continue;
-        if (entry.size() > SyncLimits::maxTemplateFileSize)
-            continue;
-        const std::optional<QJsonDocument> document =
-            readJsonFile(entry.filePath(), SyncLimits::maxTemplateFileSize);
-        if (!document || !document->isObject())
-            continue;
-        std::optional<SyncableTemplate> record = SyncableTemplate::fromJson(document->object());
-        // A newer device's file is left alone: neither merged nor reported.
-        if (!record || record->schemaVersion >= 3)
-            continue;
-        records.append(std::move(*record));
+    records.reserve(paths.size());
+    for (std::optional<SyncableTemplate>& record : read) {
+        if (record)
+            records.append(std::move(*record));
     }
     return records;
 }

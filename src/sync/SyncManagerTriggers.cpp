@@ -80,16 +80,18 @@ bool SyncManager::checkFolderAvailability() {
     // runs: a later check may have seen the opposite meanwhile.
     if (m_isEnabled && !exists && m_syncStatus.kind != SyncStatus::Kind::offline) {
         m_scheduler.scheduleAfter(0.0, [guard = QPointer<SyncManager>(this)] {
-            if (guard && guard->m_isEnabled && guard->m_pollBackoff.consecutiveFailures > 0)
-                guard->setSyncStatus(SyncStatus::offline());
+            SyncManager* self = guard.data();
+            if (self && self->m_isEnabled && self->m_pollBackoff.consecutiveFailures > 0)
+                self->setSyncStatus(SyncStatus::offline());
         });
     }
     if (m_isEnabled && exists && m_syncStatus.kind == SyncStatus::Kind::offline) {
         // Only offline gives way: an error from a push stays until a push succeeds.
         m_scheduler.scheduleAfter(0.0, [guard = QPointer<SyncManager>(this)] {
-            if (guard && guard->m_syncStatus.kind == SyncStatus::Kind::offline &&
-                guard->m_pollBackoff.consecutiveFailures == 0)
-                guard->setSyncStatus(SyncStatus::synced());
+            SyncManager* self = guard.data();
+            if (self && self->m_syncStatus.kind == SyncStatus::Kind::offline &&
+                self->m_pollBackoff.consecutiveFailures == 0)
+                self->setSyncStatus(SyncStatus::synced());
         });
     }
     return exists;

@@ -8,18 +8,26 @@ namespace {
 
 constexpr qsizetype kLength = 36;
 
-int hexValue(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9')
-        return unit - u'0';
-    if (unit >= u'a' && unit <= u'f')
-        return unit - u'a' + 10;
-    if (unit >= u'A' && unit <= u'F')
-        return unit - u'A' + 10;
-    return -1;
-}
+// Where each byte's two digits start in "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx".
+constexpr std::array<qsizetype, 16> kByteStarts = {0,  2,  4,  6,  9,  11, 14, 16,
+                                                   19, 21, 24, 26, 28, 30, 32, 34};
 
-bool isDashPosition(qsizetype index) {
-    return index == 8 || index == 13 || index == 18 || index == 23;
+// The value of every ASCII hex digit, -1 for every other code unit below 128.
+constexpr std::array<signed char, 128> kHexValues = [] {
+    std::array<signed char, 128> values{};
+    for (signed char& value : values)
+        value = -1;
+    for (int digit = 0; digit < 10; ++digit)
+        values[std::size_t('0' + digit)] = static_cast<signed char>(digit);
+    for (int digit = 0; digit < 6; ++digit) {
+        values[std::size_t('a' + digit)] = static_cast<signed char>(10 + digit);
+        values[std::size_t('A' + digit)] = static_cast<signed char>(10 + digit);
+    }
+    return values;
+}();
+
+int hexValue(char16_t unit) {
+    return unit < kHexValues.size() ? kHexValues[unit] : -1;
 }
 
 } // namespace
@@ -27,20 +35,16 @@ bool isDashPosition(qsizetype index) {
 std::optional<QUuid> parseCanonicalUuid(QStringView text) {
     if (text.size() != kLength)
         return std::nullopt;
+    const char16_t* units = text.utf16();
+    if (units[8] != u'-' || units[13] != u'-' || units[18] != u'-' || units[23] != u'-')
+        return std::nullopt;
     std::array<uchar, 16> bytes{};
-    int nibble = 0;
-    for (qsizetype i = 0; i < kLength; ++i) {
-        const char16_t unit = text.at(i).unicode();
-        if (isDashPosition(i)) {
-            if (unit != u'-')
-                return std::nullopt;
-            continue;
-        }
-        const int value = hexValue(unit);
-        if (value < 0)
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const int high = hexValue(units[kByteStarts[i]]);
+        const int low = hexValue(units[kByteStarts[i] + 1]);
+        if (high < 0 || low < 0)
             return std::nullopt;
-        bytes[std::size_t(nibble / 2)] |= uchar(nibble % 2 == 0 ? value << 4 : value);
-        ++nibble;
+        bytes[i] = uchar((high << 4) | low);
     }
     return QUuid::fromRfc4122(QByteArrayView(bytes.data(), qsizetype(bytes.size())));
 }

@@ -8,6 +8,22 @@ namespace hueshelf {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// "#RRGGBB" with upper-case digits.
+bool isCanonicalHex(const QString& text) {
+    if (text.size() != 7 || text.front() != u'#')
+        return false;
+    for (qsizetype i = 1; i < 7; ++i) {
+        const char16_t unit = text.at(i).unicode();
+        if (!((unit >= u'0' && unit <= u'9') || (unit >= u'A' && unit <= u'F')))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 SyncableColorItem SyncableColorItem::fromColorItem(const ColorItem& color) {
     return {color.id,       color.name,          color.hex,         color.isAutoNamed,
             color.isLocked, color.dividerBefore, color.dividerLabel};
@@ -47,6 +63,12 @@ std::optional<SyncableColorItem> SyncableColorItem::fromJson(const QJsonValue& v
                                     SyncLimits::maxDividerLabelLength);
     if (read.failed())
         return std::nullopt;
+    // Every device writes the canonical form, which the rule gives back unchanged; only other
+    // forms are worth the rule's copies.
+    if (isCanonicalHex(hexText)) {
+        color.hex = hexText;
+        return color;
+    }
     // An unreadable code makes the colour unreadable, nothing more: the entry is dropped alone.
     const std::optional<QString> hex = PaletteFile::normalizeFileHex(hexText);
     if (!hex)

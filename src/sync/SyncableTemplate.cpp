@@ -7,6 +7,8 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+
 namespace hueshelf {
 
 using namespace Qt::StringLiterals;
@@ -45,6 +47,7 @@ std::optional<SyncableTemplate> SyncableTemplate::fromJson(const QJsonValue& val
     record.name =
         SyncLimits::cutToCharacters(read.requiredString("name"_L1), SyncLimits::maxNameLength);
     const QJsonArray colorArray = read.requiredArray("colors"_L1);
+    record.colors.reserve(std::min<qsizetype>(colorArray.size(), SyncLimits::maxColorCount));
     for (const QJsonValue& entry : colorArray) {
         SkippableColor color = SkippableColor::fromJson(entry);
         if (color.item)

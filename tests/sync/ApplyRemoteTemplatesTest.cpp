@@ -253,5 +253,45 @@ TEST_F(ApplyRemoteTemplates, ARecordAfterItsDeletionComesBackAsANewcomer) {
     EXPECT_EQ(namesOf(store->templates()), (QStringList{u"Other"_s, u"Brand again"_s}));
 }
 
+TEST_F(ApplyRemoteTemplates, OfTwoPalettesWithOneIdTheFirstTakesTheRemoteVersion) {
+    // A list may hold one id twice; a record of it speaks to the first, also after a deletion
+    // earlier in the same pass has moved every palette up, and after newcomers have joined.
+    struct Row {
+        const char* label;
+        bool deleteOtherFirst;
+        bool newcomerFirst;
+    };
+    const Row rows[] = {{"plain", false, false},
+                        {"after a deletion", true, false},
+                        {"after a newcomer", false, true},
+                        {"after both", true, true}};
+    for (const Row& row : rows) {
+        ColorTemplate twin = brand;
+        twin.name = u"Brand twin"_s;
+        startDevice({other, brand, twin}, true);
+        agree(brand);
+        agree(other);
+        writer.shadowWrites.clear();
+
+        QList<SyncableTemplate> records;
+        if (row.deleteOtherFirst)
+            records.append(deletionRecord(remoteRecord(other, kStart), kStart));
+        if (row.newcomerFirst)
+            records.append(
+                remoteRecord(makePalette(u"New"_s, {makeColor(u"N"_s, u"#0A0B0C"_s)}), kStart));
+        records.append(renamedElsewhere(u"Brand v2"_s));
+
+        storeSync->applyRemoteTemplates(records);
+
+        QStringList expected;
+        if (!row.deleteOtherFirst)
+            expected.append(u"Other"_s);
+        expected.append({u"Brand v2"_s, u"Brand twin"_s});
+        if (row.newcomerFirst)
+            expected.append(u"New"_s);
+        EXPECT_EQ(namesOf(store->templates()), expected) << row.label;
+    }
+}
+
 } // namespace
 } // namespace hueshelf::testing

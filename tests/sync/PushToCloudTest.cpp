@@ -1,6 +1,7 @@
 // Writing every palette to the folder at the end of a save.
 
 #include "SyncEngineTestSupport.h"
+#include "model/TemplateJson.h"
 #include "sync/SyncDefaults.h"
 
 #include <gtest/gtest.h>
@@ -97,6 +98,73 @@ TEST_F(PushToCloud, KeepsTheFoldersCreationStampsAndSignsAsThisDevice) {
     const SyncableTemplate fresh = recordOf(palettes.at(2).id).value();
     EXPECT_EQ(fresh.createdBy, sync->deviceId());
     EXPECT_EQ(fresh.createdAt, palettes.at(2).createdAt);
+}
+
+TEST_F(PushToCloud, OfTwoFilesWithOneIdTheLaterInFileOrderGivesTheCreation) {
+    // Files named after other ids, sorting before and after the palette's own file.
+    const auto stray = [this](const QString& name, double createdAt, const QString& device) {
+        SyncableTemplate record = remoteRecord(palettes.at(0), 99.0);
+        record.createdAt = createdAt;
+        record.createdBy = device;
+        writeBytes(QDir(templatesFolder()).filePath(name + u".json"_s),
+                   SyncFolder::encode(record.toJson()));
+    };
+    stray(u"00000000-0000-4000-8000-000000000000"_s, 1.0, kDeviceA);
+    stray(u"FFFFFFFF-FFFF-4FFF-8FFF-FFFFFFFFFFFF"_s, 2.0, kDeviceB);
+
+    storeSync->pushToCloud();
+    SyncableTemplate written = recordOf(palettes.at(0).id).value();
+    EXPECT_EQ(written.createdAt, 2.0);
+    EXPECT_EQ(written.createdBy, kDeviceB);
+
+    // With the later stray gone, the palette's own file, which kept that stamp, is the later
+    // of the two.
+    ASSERT_TRUE(QFile::remove(
+        QDir(templatesFolder()).filePath(u"FFFFFFFF-FFFF-4FFF-8FFF-FFFFFFFFFFFF.json"_s)));
+    storeSync->pushToCloud();
+    written = recordOf(palettes.at(0).id).value();
+    EXPECT_EQ(written.createdAt, 2.0);
+    EXPECT_EQ(written.createdBy, kDeviceB);
+}
+
+TEST_F(PushToCloud, StoresTheShadowStateOnceWithEveryWrittenPalette) {
+    struct Row {
+        const char* label;
+        QList<qsizetype> blocked; // palettes with a directory where their file belongs
+        std::size_t writes;
+    };
+    const Row rows[] = {
+        {"all written", {}, 1u},
+        {"one failed", {1}, 1u},
+        {"none written", {0, 1, 2}, 0u},
+    };
+    for (const Row& row : rows) {
+        const QMap<QUuid, ShadowTemplateState> before = store->shadowState();
+        writer.shadowWrites.clear();
+        for (qsizetype i : row.blocked) {
+            QFile::remove(fileOf(palettes.at(i).id));
+            ASSERT_TRUE(QDir().mkpath(fileOf(palettes.at(i).id)));
+        }
+        clock.advanceMs(5.0);
+
+        storeSync->pushToCloud();
+
+        ASSERT_EQ(writer.shadowWrites.size(), row.writes) << row.label;
+        for (qsizetype i = 0; i < palettes.size(); ++i) {
+            const QUuid& id = palettes.at(i).id;
+            if (row.blocked.contains(i))
+                EXPECT_EQ(store->shadowState().value(id), before.value(id)) << row.label << i;
+            else
+                EXPECT_EQ(store->shadowState().value(id).syncedAt, clock.nowMs()) << row.label << i;
+        }
+        if (row.writes > 0) {
+            EXPECT_EQ(TemplateJson::decodeShadowStates(writer.shadowWrites.back()),
+                      store->shadowState())
+                << row.label;
+        }
+        for (qsizetype i : row.blocked)
+            ASSERT_TRUE(QDir(fileOf(palettes.at(i).id)).removeRecursively());
+    }
 }
 
 TEST_F(PushToCloud, WritesTheHashOfWhatItWritesNotOfTheLastStamp) {

@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
+#include <random>
 #include <sys/stat.h>
 
 namespace hueshelf::testing {
@@ -142,6 +145,44 @@ TEST_F(TemplatesFolder, DamagedFilesAreSkippedWithoutHarmingTheOthers) {
         0);
     put(u"FFFFFFFF-0000-4000-8000-000000000001.json"_s, good);
     EXPECT_EQ(namesRead(), (QStringList{u"Good"_s}));
+}
+
+TEST_F(TemplatesFolder, AFullFolderReadsInFileNameOrderWithTheBadFilesLeftOut) {
+    // Enough files for the read to be shared among threads, written in an order unlike that of
+    // their names, with broken files and newer devices' files among them.
+    constexpr int kCount = 300;
+    QList<int> creation(kCount);
+    std::iota(creation.begin(), creation.end(), 0);
+    std::shuffle(creation.begin(), creation.end(), std::mt19937(11));
+    const auto idOf = [](int i) {
+        return u"%1-0000-4000-8000-000000000000"_s.arg(i, 8, 10, QChar(u'0'));
+    };
+    for (int i : creation) {
+        const QString file = idOf(i) + u".json"_s;
+        QJsonObject object = named(u"Palette "_s + QString::number(i), idOf(i));
+        if (i % 7 == 3) {
+            put(file, pretty(object).left(40));
+            continue;
+        }
+        if (i % 11 == 5)
+            object.insert(u"schemaVersion"_s, 3);
+        put(file, object);
+    }
+
+    const QList<SyncableTemplate> records = SyncFolder::readTemplatesFolder(folder);
+
+    QList<QUuid> expected;
+    for (int i = 0; i < kCount; ++i) {
+        if (i % 7 != 3 && i % 11 != 5)
+            expected.append(QUuid(idOf(i)));
+    }
+    QList<QUuid> ids;
+    for (const SyncableTemplate& record : records)
+        ids.append(record.id);
+    ASSERT_EQ(ids, expected);
+    // Each record as its file reads alone.
+    for (const SyncableTemplate& record : records)
+        EXPECT_EQ(record, SyncFolder::readTemplateFile(path(uuidText(record.id) + u".json"_s)));
 }
 
 TEST_F(TemplatesFolder, FilesFromOtherWritersAreRead) {

@@ -20,12 +20,11 @@ PaletteLinkOpenModel::PaletteLinkOpenModel(ColorStorage& storage, Clock& clock,
     : QObject(parent), m_storage(storage), m_clock(clock), m_scheduler(scheduler) {}
 
 bool PaletteLinkOpenModel::accepts(const QUrl& url) {
-    return url.scheme().toLower() == QStringLiteral("hueshelf") &&
-           url.host().toLower() == QStringLiteral("import");
+    return LinkImport::isOwnSchemeLink(url.toString());
 }
 
 PaletteLinkOpenModel::OpenResult PaletteLinkOpenModel::open(const QString& urlText) {
-    if (!accepts(QUrl(urlText)))
+    if (!LinkImport::isOwnSchemeLink(urlText))
         return OpenResult::ignored;
     const PaletteLink::Result<PaletteLink::Palette> decoded = PaletteLink::decode(urlText);
     if (!decoded) {

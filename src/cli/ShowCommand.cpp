@@ -2,6 +2,7 @@
 #include "cli/PaletteLookup.h"
 #include "cli/StoreSession.h"
 #include "cli/TextTable.h"
+#include "cli/TimeText.h"
 #include "model/TemplateJson.h"
 
 #include <QDateTime>
@@ -10,10 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace hueshelf::cli {
 namespace {
-
-QString timeText(double ms) {
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(ms), Qt::UTC).toString(Qt::ISODate);
-}
 
 QString textOf(const ColorTemplate& palette, bool isActive) {
     QStringList marks;

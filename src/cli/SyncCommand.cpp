@@ -1,6 +1,7 @@
 #include "cli/Invocation.h"
 #include "cli/StoreSession.h"
 #include "cli/TextTable.h"
+#include "cli/TimeText.h"
 #include "sync/CloudServiceDetector.h"
 #include "sync/FolderWatch.h"
 #include "sync/InlineIoQueue.h"
@@ -48,10 +49,6 @@ struct SyncSession {
     InlineIoQueue ioQueue;
     SyncManager manager;
 };
-
-QString timeText(double ms) {
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(ms), Qt::UTC).toString(Qt::ISODate);
-}
 
 QJsonValue optionalText(const std::optional<QString>& text) {
     return text ? QJsonValue(*text) : QJsonValue(QJsonValue::Null);

@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QLocale>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -464,7 +465,37 @@ QJsonObject shadowStatesToJson(const QMap<QUuid, ShadowTemplateState>& states) {
 }
 
 QByteArray encodeShadowStates(const QMap<QUuid, ShadowTemplateState>& states) {
-    return QJsonDocument(shadowStatesToJson(states)).toJson(QJsonDocument::Compact);
+    // Building a QJsonObject inserts every key into a sorted array, which is quadratic in the
+    // number of palettes; the ids are written directly, in the order of their text as the
+    // generic path would have them (QUuid's own order puts the variant first).
+    QList<std::pair<QByteArray, const ShadowTemplateState*>> entries;
+    entries.reserve(states.size());
+    for (auto it = states.cbegin(); it != states.cend(); ++it) {
+        QByteArray key;
+        appendUuidText(key, it.key());
+        entries.append({std::move(key), &it.value()});
+    }
+    std::sort(entries.begin(), entries.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
+    QByteArray out;
+    out.reserve(2 + entries.size() * 128);
+    out += '{';
+    for (qsizetype i = 0; i < entries.size(); ++i) {
+        const ShadowTemplateState& state = *entries.at(i).second;
+        if (i > 0)
+            out += ',';
+        out += '"';
+        out += entries.at(i).first;
+        out += QByteArrayView("\":{\"contentHash\":");
+        appendString(out, state.contentHash);
+        out += QByteArrayView(",\"revision\":");
+        appendInteger(out, state.revision);
+        out += QByteArrayView(",\"syncedAt\":");
+        appendDouble(out, state.syncedAt);
+        out += '}';
+    }
+    out += '}';
+    return out;
 }
 
 std::optional<QMap<QUuid, ShadowTemplateState>> shadowStatesFromJson(const QJsonObject& object) {

@@ -21,29 +21,54 @@ QString nameAndHex(const QString& name, const QString& hex) {
     return name + u':' + hex;
 }
 
-// The colours as a set of name and code: order and repeats don't count.
-QSet<QString> colorSet(const QList<ColorItem>& colors) {
-    QSet<QString> set;
-    for (const ColorItem& color : colors)
-        set.insert(nameAndHex(color.name, color.hex));
-    return set;
+// The colours as a set of name and code, order and repeats not counting, with the palette's
+// name, in one text that two palettes share exactly when the guard against doubles would call
+// them the same. Lengths go in front of the parts so that no name can pass for another split.
+template <typename Color>
+QString doubleKey(const QString& name, const QList<Color>& colors) {
+    QStringList parts;
+    parts.reserve(colors.size());
+    for (const Color& color : colors) {
+        const QString part = nameAndHex(color.name, color.hex);
+        parts.append(QString::number(part.size()) + u':' + part);
+    }
+    parts.sort();
+    parts.removeDuplicates();
+    return QString::number(name.size()) + u':' + name + u'|' + parts.join(QString());
 }
 
-QSet<QString> colorSet(const QList<SyncableColorItem>& colors) {
-    QSet<QString> set;
-    for (const SyncableColorItem& color : colors)
-        set.insert(nameAndHex(color.name, color.hex));
-    return set;
-}
+// The palettes of the working copy by that key, counted: every newcomer from the folder asks
+// whether it doubles one, and scanning them all each time would make a pull quadratic.
+class DoublesIndex {
+public:
+    bool contains(const QList<ColorTemplate>& working, const SyncableTemplate& record) {
+        if (!m_built) {
+            m_built = true;
+            for (const ColorTemplate& palette : working)
+                add(palette);
+        }
+        return m_counts.value(doubleKey(record.name, record.colors)) > 0;
+    }
 
-// Whether a palette from the folder is one this device already has under another id: two
-// devices that made the same palette keep one each rather than two each.
-bool doublesAPalette(const QList<ColorTemplate>& templates, const SyncableTemplate& record) {
-    const QSet<QString> colors = colorSet(record.colors);
-    return std::any_of(templates.cbegin(), templates.cend(), [&](const ColorTemplate& palette) {
-        return palette.name == record.name && colorSet(palette.colors) == colors;
-    });
-}
+    void add(const ColorTemplate& palette) {
+        if (m_built)
+            ++m_counts[doubleKey(palette.name, palette.colors)];
+    }
+
+    void remove(const ColorTemplate& palette) {
+        if (!m_built)
+            return;
+        const auto found = m_counts.find(doubleKey(palette.name, palette.colors));
+        if (found != m_counts.end() && --*found == 0)
+            m_counts.erase(found);
+    }
+
+private:
+    QHash<QString, int> m_counts;
+    // Built at the first newcomer, from the working copy as it is then; a pull that brings
+    // only known ids never pays for it.
+    bool m_built = false;
+};
 
 // The signature of the clean-up after a full sync: name and sorted colours, repeats counted.
 QString duplicateSignature(const ColorTemplate& palette) {
@@ -118,13 +143,19 @@ void StoreSync::applyRemoteTemplates(const QList<SyncableTemplate>& records) {
     // palette of the folder.
     QHash<QUuid, qsizetype> places = firstPlaces(working);
     QList<SyncConflict> conflicts;
+    DoublesIndex doubles;
 
     for (const SyncableTemplate& record : records) {
         if (record.deleted) {
             if (!places.contains(record.id))
                 continue;
             // A deletion always wins, whatever was edited here meanwhile.
-            working.removeIf([&](const ColorTemplate& palette) { return palette.id == record.id; });
+            working.removeIf([&](const ColorTemplate& palette) {
+                if (palette.id != record.id)
+                    return false;
+                doubles.remove(palette);
+                return true;
+            });
             // The palettes behind it have moved up.
             places = firstPlaces(working);
             m_storage.removeShadowState(record.id);
@@ -136,7 +167,9 @@ void StoreSync::applyRemoteTemplates(const QList<SyncableTemplate>& records) {
             const qsizetype index = *place;
             const SyncResult result = resolveSync(working.at(index), record);
             if (result.kind == SyncResult::Kind::acceptRemote) {
+                doubles.remove(working.at(index));
                 working[index] = toColorTemplate(record);
+                doubles.add(working.at(index));
                 recordSynced(record.id, record.lastModified, record.contentHash, record.revision);
             } else if (result.kind == SyncResult::Kind::conflict) {
                 const ColorTemplate local = working.at(index);
@@ -146,6 +179,7 @@ void StoreSync::applyRemoteTemplates(const QList<SyncableTemplate>& records) {
                 const ColorTemplate copy = ColorTemplate::makeNew(
                     record.name + kConflictSuffix, toColorTemplate(record).colors, now);
                 working.append(copy);
+                doubles.add(copy);
                 places.insert(copy.id, working.size() - 1);
                 m_storage.setShadowState(
                     record.id, ShadowTemplateState{local.contentHash, local.revision, now});
@@ -159,9 +193,10 @@ void StoreSync::applyRemoteTemplates(const QList<SyncableTemplate>& records) {
             continue;
         }
 
-        if (doublesAPalette(working, record))
+        if (doubles.contains(working, record))
             continue;
         working.append(toColorTemplate(record));
+        doubles.add(working.constLast());
         places.insert(record.id, working.size() - 1);
         recordSynced(record.id, record.lastModified, record.contentHash, record.revision);
     }

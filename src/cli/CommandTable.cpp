@@ -19,6 +19,7 @@ Command linkCommand();
 Command exportCommand();
 Command importCommand();
 Command syncCommand();
+Command toolsCommand();
 Command helpCommand();
 
 const std::vector<Command>& commandTable() {
@@ -40,6 +41,7 @@ const std::vector<Command>& commandTable() {
         exportCommand(),
         importCommand(),
         syncCommand(),
+        toolsCommand(),
         helpCommand(),
     };
     // clang-format on

@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
 
+#include "aitools/AIToolConnector.h"
+#include "aitools/AIToolRegistry.h"
 #include "app/FloatingWindow.h"
 #include "app/MenuFiller.h"
 #include "app/PaletteGlyph.h"
@@ -11,9 +13,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QMenu>
 #include <QScreen>
 #include <QSystemTrayIcon>
+#include <QThreadPool>
 
 namespace hueshelf::app {
 
@@ -92,7 +96,21 @@ void AppDelegate::start() {
         createTrayIcon();
     else
         m_window->setMenuProvider([this] { return m_statusMenu->build(); });
+    healAIToolEntries();
     showBar();
+}
+
+void AppDelegate::healAIToolEntries() {
+    // A copy of the program that was moved points its tools' entries at itself without being
+    // asked; what could not be put right is for the panel to tell. A copy without its server
+    // beside it (a partial build) would point them at nothing, so it leaves them alone.
+    const AIToolConnector connector = AIToolConnector::forCurrentProcess(m_paths);
+    if (!QFileInfo(connector.binaryPath).isExecutable())
+        return;
+    const QString home = m_paths.home;
+    QThreadPool::globalInstance()->start([connector, home] {
+        connector.healAll(AIToolRegistry::allTools(home, QStringLiteral("/Applications")));
+    });
 }
 
 void AppDelegate::createTrayIcon() {

@@ -58,6 +58,7 @@ public:
 private:
     void showBar();
     void createTrayIcon();
+    void healAIToolEntries();
 
     AppPaths m_paths;
     std::unique_ptr<Platform> m_platform;

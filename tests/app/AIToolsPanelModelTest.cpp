@@ -53,8 +53,9 @@ protected:
     }
 
     AIToolsPanelModel& panel(QList<AITool> extraTools = {}) {
-        AIToolConnector connector{
-            kServer, path(u"data/ai-tool-last-used.json"_s), home(), {path(u"bin/claude"_s)}};
+        // The real places of the `claude` command: the one in the home is the test's to fill.
+        AIToolConnector connector{kServer, path(u"data/ai-tool-last-used.json"_s), home(),
+                                  AIToolConnector::defaultClaudeCandidates(home())};
         const QString root = path(u"root"_s);
         const QString homePath = home();
         model = std::make_unique<AIToolsPanelModel>(
@@ -130,6 +131,10 @@ TEST_F(Panel, tickingAndUntickingARowReportsAndReadsBack) {
 // The shared row with the `claude` command absent: Claude Desktop is connected, Claude Code is
 // not, so the box stays unticked and only Claude Code needs attention.
 TEST_F(Panel, aPartlyFailedRowStaysUntickedAndHandsOverTheSnippet) {
+    for (const QString& installed : {u"/opt/homebrew/bin/claude"_s, u"/usr/local/bin/claude"_s}) {
+        if (QFileInfo(installed).isExecutable())
+            GTEST_SKIP() << "a real claude command is installed at " << installed.toStdString();
+    }
     QDir().mkpath(path(u"root/usr/lib/claude-desktop"_s));
     QDir().mkpath(home() + u"/.claude"_s);
     AIToolsPanelModel& p = panel();
@@ -154,15 +159,15 @@ TEST_F(Panel, aPartlyFailedRowStaysUntickedAndHandsOverTheSnippet) {
     EXPECT_TRUE(p.connected().isEmpty());
 
     // Once the command is there, the row goes through and nobody needs attention any more.
-    write(u"bin/claude"_s, "#!/bin/sh\nexit 0\n");
-    QFile(path(u"bin/claude"_s)).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    write(u"home/.local/bin/claude"_s, "#!/bin/sh\nexit 0\n");
+    QFile(path(u"home/.local/bin/claude"_s)).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     p.setRowChecked(u"claude"_s, true);
     EXPECT_TRUE(p.attention().isEmpty());
     EXPECT_FALSE(p.statusIsWarning());
     EXPECT_TRUE(p.statusMessage()->startsWith(u"Claude connected."_s));
 
     p.setRowChecked(u"claude"_s, false);
-    write(u"bin/claude"_s, "#!/bin/sh\nexit 3\n");
+    write(u"home/.local/bin/claude"_s, "#!/bin/sh\nexit 3\n");
     p.setRowChecked(u"claude"_s, true);
     ASSERT_FALSE(p.attention().isEmpty());
     p.disconnectAll();

@@ -1,9 +1,7 @@
 #pragma once
 
+#include "../color/QtPrinters.h"
 #include "exchange/PaletteLink.h"
-
-#include <QString>
-#include <QStringList>
 
 #include <ostream>
 
@@ -30,24 +28,3 @@ void PrintTo(const Result<T>& result, std::ostream* out) {
 }
 
 } // namespace hueshelf::PaletteLink
-
-namespace hueshelf::testing {
-
-inline QString repeated(const QString& text, int times) {
-    return text.repeated(times);
-}
-
-// A complete link around a payload.
-inline QString linkOf(const QString& payload) {
-    return PaletteLink::linkPrefix() + payload;
-}
-
-// `count` valid colour fields joined by commas: "C0:000000,C1:000000,...".
-inline QString colorFields(int count) {
-    QStringList fields;
-    for (int i = 0; i < count; ++i)
-        fields.append(QStringLiteral("C") + QString::number(i) + QStringLiteral(":000000"));
-    return fields.join(u',');
-}
-
-} // namespace hueshelf::testing

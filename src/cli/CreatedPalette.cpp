@@ -49,7 +49,7 @@ int create(Invocation& call, StoreSession& session, const QString& wantedName,
 
     // The record as the file now holds it, after any merge with another process's write.
     const ColorTemplate palette =
-        PaletteLookup::find(storage.templates(), uuidText(added.id)).value_or(added);
+        PaletteLookup::byId(storage.templates(), added.id).value_or(added);
     if (call.json()) {
         call.printJson(TemplateJson::templateToJson(palette));
         return ExitStatus::success;

@@ -11,11 +11,15 @@ std::optional<ColorTemplate> find(const QList<ColorTemplate>& templates, const Q
         if (palette.name == nameOrId)
             return palette;
     }
-    if (const std::optional<QUuid> id = TemplateJson::uuidFromText(nameOrId)) {
-        for (const ColorTemplate& palette : templates) {
-            if (palette.id == *id)
-                return palette;
-        }
+    if (const std::optional<QUuid> id = TemplateJson::uuidFromText(nameOrId))
+        return byId(templates, *id);
+    return std::nullopt;
+}
+
+std::optional<ColorTemplate> byId(const QList<ColorTemplate>& templates, const QUuid& id) {
+    for (const ColorTemplate& palette : templates) {
+        if (palette.id == id)
+            return palette;
     }
     return std::nullopt;
 }

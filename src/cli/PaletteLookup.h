@@ -17,6 +17,10 @@ namespace PaletteLookup {
 
 std::optional<ColorTemplate> find(const QList<ColorTemplate>& templates, const QString& nameOrId);
 
+// The palette with this id, whatever the names: for a command that already knows which palette
+// it means and reads it back after a save.
+std::optional<ColorTemplate> byId(const QList<ColorTemplate>& templates, const QUuid& id);
+
 // The named palette, or the active one when no name was given.
 std::optional<ColorTemplate> resolve(const ColorStorage& storage,
                                      const std::optional<QString>& nameOrId);

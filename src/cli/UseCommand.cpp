@@ -49,7 +49,7 @@ int runUse(Invocation& call) {
 
     // The palette as the file now holds it, after any merge.
     const ColorTemplate palette =
-        PaletteLookup::find(storage.templates(), uuidText(found->id)).value_or(*found);
+        PaletteLookup::byId(storage.templates(), found->id).value_or(*found);
     if (call.json())
         call.printJson(PaletteSummary::toJson(palette, storage.activeTemplateId() == palette.id));
     else

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <algorithm>
 #include <utility>
 
 namespace hueshelf {
@@ -301,7 +302,10 @@ std::optional<QString> ColorStorage::deleteTemplateRefusal(const QUuid& id) cons
         return std::nullopt;
     if (palette->isLocked)
         return StoreTexts::deleteLockedTemplateRefusal;
-    if (m_templates.size() < 2)
+    // Counted by id: a list that holds this palette twice (another process's doing) would
+    // otherwise lose both copies and be left empty.
+    if (std::none_of(m_templates.cbegin(), m_templates.cend(),
+                     [&](const ColorTemplate& other) { return other.id != id; }))
         return StoreTexts::lastTemplateRefusal;
     return std::nullopt;
 }

@@ -3,35 +3,53 @@
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "model/ColorStorage.h"
+#include "model/TemplateWriter.h"
 
 #include <QApplication>
-#include <QList>
-#include <QString>
 
-#include <initializer_list>
 #include <memory>
-#include <utility>
 #include <vector>
 
 namespace hueshelf::testing {
 
-inline ColorTemplate palette(const QString& name,
-                             std::initializer_list<std::pair<QString, QString>> colors) {
+struct TestColor {
+    QString name;
+    QString hex;
+    bool isLocked = false;
+    bool isAutoNamed = false;
+};
+
+inline ColorTemplate palette(const QString& name, const QList<TestColor>& colors,
+                             bool locked = false) {
     QList<ColorItem> items;
-    for (const auto& [colorName, hex] : colors)
-        items.append(ColorItem::make(colorName, hex, false));
-    return ColorTemplate::makeNew(name, items, 1'700'000'000'000.0);
+    for (const TestColor& color : colors) {
+        items.append(ColorItem::make(color.name, color.hex, color.isAutoNamed));
+        items.last().isLocked = color.isLocked;
+    }
+    ColorTemplate made = ColorTemplate::makeNew(name, items, 1'700'000'000'000.0);
+    made.isLocked = locked;
+    return made;
 }
 
-// A toast that code without a view asked the store for.
+// Keeps every save the store hands over; each write finishes at once.
+class RecordingWriter final : public TemplateWriter {
+public:
+    void writeTemplates(const SaveRequest& request, Written, Finished finished) override {
+        requests.push_back(request);
+        finished();
+    }
+    void writeShadowState(const QByteArray&) override {}
+
+    std::vector<SaveRequest> requests;
+};
+
 struct Announcement {
     QString message;
     QString icon;
     friend bool operator==(const Announcement&, const Announcement&) = default;
 };
 
-// A store on manual time without a writer: saves stop once they have stamped. It keeps the
-// toasts it was asked for.
+// A store on manual time that records its saves and the toasts it was asked for.
 struct TestStore {
     explicit TestStore(const QList<ColorTemplate>& templates, QUuid active = {}) {
         LoadedTemplates loaded;
@@ -39,30 +57,30 @@ struct TestStore {
         loaded.activeTemplateId =
             !active.isNull() || templates.isEmpty() ? active : templates.constFirst().id;
         store = std::make_unique<ColorStorage>(clock, scheduler, loaded);
+        store->setWriter(&writer);
         QObject::connect(store.get(), &ColorStorage::announced,
                          [this](const QString& message, const QString& icon) {
                              announcements.push_back({message, icon});
                          });
     }
+    ColorTemplate active() const { return *store->activeTemplate(); }
+    std::size_t saves() const { return writer.requests.size(); }
 
     ManualClock clock;
     ManualScheduler scheduler{clock};
+    RecordingWriter writer; // outlives the store that writes to it
     std::unique_ptr<ColorStorage> store;
     std::vector<Announcement> announcements;
 };
 
-// Widget cases need one application object for the whole test program; it is never destroyed
-// so that no widget outlives it.
+// One application object for the whole program, never destroyed: no widget outlives it.
 inline void ensureApplication() {
     if (QApplication::instance())
         return;
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     static int argc = 1;
     static char name[] = "hueshelf_app_tests";
     static char* argv[] = {name, nullptr};
-    static auto* application = new QApplication(argc, argv);
-    Q_UNUSED(application);
+    new QApplication(argc, argv);
 }
 
 } // namespace hueshelf::testing

@@ -5,8 +5,6 @@
 #include <QJsonDocument>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QString>
-#include <QStringList>
 #include <QTextStream>
 
 namespace hueshelf::testing {
@@ -16,17 +14,16 @@ struct CliOutcome {
     int status = -1;
     QString out;
     QString err;
-
     QJsonDocument json() const { return QJsonDocument::fromJson(out.toUtf8()); }
 };
 
 inline CliOutcome runCli(const QStringList& arguments) {
     CliOutcome outcome;
-    {
-        QTextStream out(&outcome.out);
-        QTextStream err(&outcome.err);
-        outcome.status = cli::run(arguments, out, err);
-    }
+    QTextStream out(&outcome.out);
+    QTextStream err(&outcome.err);
+    outcome.status = cli::run(arguments, out, err);
+    out.flush();
+    err.flush();
     return outcome;
 }
 
@@ -36,13 +33,11 @@ struct BinaryRun {
     int status = -1;
     QByteArray out;
     QByteArray err;
-
     QJsonDocument json() const { return QJsonDocument::fromJson(out); }
 };
 
-// Runs the executable the way a script would, with no display to talk to. The platform plugin
-// is one that doesn't exist, so any attempt to start the GUI aborts the run instead of quietly
-// working offscreen.
+// Runs the executable as a script would, with no display: the platform plugin is one that
+// doesn't exist, so any attempt to start the GUI aborts the run instead of quietly working.
 inline BinaryRun runBinary(const QStringList& arguments, QProcessEnvironment env) {
     env.remove(QStringLiteral("DISPLAY"));
     env.remove(QStringLiteral("WAYLAND_DISPLAY"));

@@ -1,9 +1,9 @@
-#include "cli/CommandLine.h"
+// Parsing, usage errors and the conventions every command shares; the values the commands
+// print are compared with independent models (tests/reference).
 
 #include "CliRun.h"
+#include "cli/ArgumentParser.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -11,139 +11,138 @@
 
 using namespace Qt::StringLiterals;
 
-namespace hueshelf::testing {
+namespace hueshelf::cli {
 namespace {
 
-class CommandLineUse : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_dir.isValid());
-        m_file = m_dir.filePath(u"Brand.hueshelf"_s);
-        QFile file(m_file);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("{}");
-    }
+using testing::runCli;
 
-    QTemporaryDir m_dir;
-    QString m_file;
-};
+// A value option with a short alias, a flag, a list option, one optional positional.
+Command sampleCommand() {
+    Command command;
+    command.options = {{u"output"_s, u'o', OptionArity::value, u"FILE"_s, {}},
+                       {u"strict"_s, {}, OptionArity::flag, {}, {}},
+                       {u"colors"_s, {}, OptionArity::values, u"CODE"_s, {}}};
+    command.maxPositionals = 1;
+    return command;
+}
 
-// Links and existing files start the bar; anything else is the command line's to answer.
-TEST_F(CommandLineUse, BarTakesNothingOrOnlyLinksAndExistingFiles) {
+// The parse in one line, or the refusal.
+QString parsed(const QStringList& arguments) {
+    const ParseOutcome outcome = parseArguments(sampleCommand(), arguments);
+    if (!outcome.ok())
+        return u"error: "_s + outcome.error;
+    const ParsedArguments& a = outcome.arguments;
+    return u'[' + a.positionals.join(u',') + u']' +
+           (a.has(u"output"_s) ? QString(u" -o "_s + a.value(u"output"_s)) : u""_s) +
+           (a.has(u"strict"_s) ? u" --strict"_s : u""_s) +
+           (a.has(u"colors"_s) ? QString(u" --colors "_s + a.values(u"colors"_s).join(u','))
+                               : u""_s) +
+           (a.json ? u" --json"_s : u""_s) + (a.help ? u" help"_s : u""_s);
+}
+
+TEST(ArgumentParser, ReadsOptionsInAnyOrderOrNamesTheProblem) {
+    const std::pair<QStringList, QString> cases[] = {
+        {{u"Brand"_s, u"--json"_s, u"-o"_s, u"out.json"_s}, u"[Brand] -o out.json --json"_s},
+        {{u"--output=a=b"_s, u"--strict"_s, u"Brand"_s}, u"[Brand] -o a=b --strict"_s},
+        {{u"-ofile"_s}, u"[] -o file"_s},
+        {{u"--output"_s, u"-"_s}, u"[] -o -"_s}, // a value may start with a dash
+        {{u"--colors=a"_s, u"b"_s, u"--strict"_s, u"--colors"_s, u"c"_s},
+         u"[] --strict --colors a,b,c"_s},
+        {{u"--json"_s, u"--"_s, u"--strict"_s}, u"[--strict] --json"_s},
+        {{u"--nope"_s, u"a"_s, u"b"_s, u"-h"_s}, u"[] help"_s}, // help wins over everything
+        {{u"a"_s, u"--"_s, u"--help"_s}, u"error: unexpected argument \"--help\""_s},
+        {{u"--nope=3"_s}, u"error: unknown option --nope"_s},
+        {{u"-o"_s}, u"error: option --output needs a value FILE"_s},
+        {{u"-o"_s, u"a"_s, u"--output"_s, u"b"_s}, u"error: option --output given twice"_s},
+        {{u"--strict=yes"_s}, u"error: option --strict takes no value"_s},
+        {{u"--colors"_s, u"--json"_s}, u"error: option --colors needs at least one CODE"_s},
+        {{u"one"_s, u"two"_s}, u"error: unexpected argument \"two\""_s},
+    };
+    for (const auto& [arguments, expected] : cases)
+        EXPECT_EQ(parsed(arguments), expected) << arguments.join(u' ').toStdString();
+
+    Command command = sampleCommand();
+    command.minPositionals = 2;
+    command.takesJson = false;
+    EXPECT_EQ(parseArguments(command, {u"a"_s}).error, u"missing argument"_s);
+    EXPECT_EQ(parseArguments(command, {u"a"_s, u"b"_s, u"--json"_s}).error,
+              u"unknown option --json"_s);
+}
+
+// Links and existing files start the bar; anything else is the command line's to answer, so a
+// typo never starts a bar that ignores it.
+TEST(CommandLine, BarTakesNothingOrOnlyLinksAndExistingFiles) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath(u"Brand.hueshelf"_s);
+    QFile(file).open(QIODevice::WriteOnly);
     const QString link = u"hueshelf://import#1;Brand;3366FF"_s;
-    const QString webLink = u"https://example.org/p/#1;Brand;3366FF"_s;
     const std::pair<QStringList, bool> cases[] = {
         {{}, false},
-        {{link}, false},
-        {{u"HUESHELF://import#1;x;000000"_s}, false},
-        {{webLink}, false},
-        {{m_file}, false},
-        {{QUrl::fromLocalFile(m_file).toString()}, false},
-        {{m_file, link, webLink}, false},
-        {{u"color"_s, u"#fff"_s}, true},
-        {{u"help"_s}, true},
-        {{u"--version"_s}, true},
-        {{u"-x"_s}, true},
-        {{u"colr"_s}, true}, // a typo must not start a bar that ignores it
-        {{m_dir.filePath(u"Missing.hueshelf"_s)}, true}, // nor a file that isn't there
-        {{m_dir.path()}, true},                          // a directory isn't a palette file
-        {{u"http://example.org/p/"_s}, true},            // links are hueshelf: or https:
-        {{u""_s}, true},
-        {{m_file, u"colr"_s}, true},
+        {{file, link, u"HTTPS://example.org/p/#1;Brand;3366FF"_s}, false},
+        {{QUrl::fromLocalFile(file).toString()}, false},
+        {{u"colr"_s}, true},
+        {{dir.filePath(u"Missing.hueshelf"_s)}, true},
+        {{dir.path()}, true}, // a directory isn't a palette file
     };
     for (const auto& [arguments, commandLine] : cases)
-        EXPECT_EQ(cli::isCommandLineUse(arguments), commandLine)
-            << arguments.join(u' ').toStdString();
+        EXPECT_EQ(isCommandLineUse(arguments), commandLine) << arguments.join(u' ').toStdString();
 }
 
-TEST_F(CommandLineUse, AFileNamedLikeACommandIsStillTheCommand) {
-    const QString previous = QDir::currentPath();
-    ASSERT_TRUE(QDir::setCurrent(m_dir.path()));
-    QFile file(u"shades"_s);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.close();
-    const bool commandLine = cli::isCommandLineUse({u"shades"_s});
-    QDir::setCurrent(previous);
-    EXPECT_TRUE(commandLine);
-}
-
-TEST(CommandLineRun, VersionPrintsTheProjectVersion) {
-    const CliOutcome outcome = runCli({u"--version"_s});
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out, u"hueshelf "_s + QStringLiteral(HUESHELF_VERSION_TEXT) + u'\n');
-    EXPECT_TRUE(outcome.err.isEmpty());
-    EXPECT_EQ(runCli({u"--version"_s, u"color"_s}).status, 2);
-}
-
-TEST(CommandLineRun, HelpListsEveryCommandWithItsSummary) {
-    for (const QStringList& arguments : {QStringList{u"--help"_s}, QStringList{u"help"_s}}) {
-        const CliOutcome outcome = runCli(arguments);
-        EXPECT_EQ(outcome.status, 0);
-        EXPECT_TRUE(outcome.err.isEmpty());
-        EXPECT_TRUE(outcome.out.startsWith(u"Usage: hueshelf [LINK | FILE]...\n"_s));
-        for (const QString& name : {u"color"_s, u"contrast"_s, u"shades"_s, u"help"_s})
-            EXPECT_TRUE(outcome.out.contains(u"\n  "_s + name + u' ')) << name.toStdString();
-    }
-}
-
-TEST(CommandLineRun, CommandHelpGoesToStdoutInEveryWayOfAsking) {
-    const QString expectedStart =
-        u"Usage: hueshelf contrast FOREGROUND BACKGROUND [--target RATIO] [--json]\n"_s;
-    const QList<QStringList> ways{{u"help"_s, u"contrast"_s},
-                                  {u"--help"_s, u"contrast"_s},
-                                  {u"contrast"_s, u"--help"_s},
-                                  {u"contrast"_s, u"a"_s, u"--bogus"_s, u"-h"_s}};
-    for (const QStringList& arguments : ways) {
-        const CliOutcome outcome = runCli(arguments);
-        EXPECT_EQ(outcome.status, 0) << arguments.join(u' ').toStdString();
-        EXPECT_TRUE(outcome.out.startsWith(expectedStart)) << outcome.out.toStdString();
-        EXPECT_TRUE(outcome.out.contains(u"--target RATIO"_s));
-        EXPECT_TRUE(outcome.err.isEmpty());
-    }
-}
-
-TEST(CommandLineRun, UsageErrorsExitTwoWithTheCommandsUsageOnStderrAndNothingOnStdout) {
+// Usage errors exit 2 with the usage on stderr and nothing on stdout; unusable input exits 1
+// with one line on stderr, control characters shown escaped.
+TEST(CommandLine, UsageErrorsAndUnusableInput) {
+    const QString tooMany = u"1;A;"_s + QStringList(41, u"B:000000"_s).join(u',');
     const struct {
         QStringList arguments;
-        QString firstLine; // of stderr
-        QString usageLine; // must follow somewhere on stderr
+        int status;
+        QString err; // the start of stderr's first line
     } cases[] = {
-        {{u"colr"_s, u"#fff"_s},
-         u"hueshelf: unknown command \"colr\" (it is not a palette link or an existing file "
-         u"either)"_s,
-         u"Usage: hueshelf [LINK | FILE]..."_s},
-        {{u"--bogus"_s},
-         u"hueshelf: unknown option --bogus"_s,
-         u"Usage: hueshelf [LINK | FILE]..."_s},
-        {{}, u"hueshelf: no command given"_s, u"hueshelf COMMAND"_s},
-        {{u"help"_s, u"colr"_s},
-         u"hueshelf help: unknown command \"colr\""_s,
-         u"Usage: hueshelf help [COMMAND]"_s},
-        {{u"help"_s, u"--json"_s},
-         u"hueshelf help: unknown option --json"_s,
-         u"Usage: hueshelf help [COMMAND]"_s},
-        {{u"color"_s},
-         u"hueshelf color: missing argument"_s,
-         u"Usage: hueshelf color CODE... [--json]"_s},
-        {{u"simulate"_s, u"--json"_s},
-         u"hueshelf simulate: missing argument"_s,
-         u"Usage: hueshelf simulate CODE..."_s},
-        {{u"shades"_s, u"#000000"_s, u"#FFFFFF"_s},
-         u"hueshelf shades: unexpected argument \"#FFFFFF\""_s,
-         u"Usage: hueshelf shades CODE [--json]"_s},
-        {{u"contrast"_s, u"000000"_s, u"ffffff"_s, u"--target"_s},
-         u"hueshelf contrast: option --target needs a value RATIO"_s,
-         u"Run \"hueshelf help contrast\" for details."_s},
+        {{u"colr"_s, u"#fff"_s}, 2, u"hueshelf: unknown command \"colr\" (it is not a palette"_s},
+        {{}, 2, u"hueshelf: no command given"_s},
+        {{u"simulate"_s, u"--json"_s}, 2, u"hueshelf simulate: missing argument"_s},
+        {{u"contrast"_s, u"0"_s, u"f"_s, u"--target=nan"_s}, 2, u"hueshelf contrast: --target"_s},
+        {{u"scheme"_s, u"fff"_s, u"--name"_s, u"X"_s}, 2, u"hueshelf scheme: --name names the"_s},
+        {{u"contrast"_s, u"5\nd"_s, u"\"hi\"\t\\"_s},
+         1,
+         u"Not a color code: \"5\\nd\", \"\\\"hi\\\"\\t\\\\\""_s},
+        {{u"link"_s, u"--decode"_s, tooMany}, 1, u"tooManyColors: Links hold up to 40 colors"_s},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
-        const CliOutcome outcome = runCli(c.arguments);
-        EXPECT_EQ(outcome.status, 2);
-        EXPECT_TRUE(outcome.out.isEmpty()) << outcome.out.toStdString();
-        EXPECT_EQ(outcome.err.section(u'\n', 0, 0), c.firstLine);
-        EXPECT_TRUE(outcome.err.contains(c.usageLine)) << outcome.err.toStdString();
+        const testing::CliOutcome outcome = runCli(c.arguments);
+        EXPECT_EQ(outcome.status, c.status);
+        EXPECT_TRUE(outcome.out.isEmpty());
+        EXPECT_TRUE(outcome.err.startsWith(c.err)) << outcome.err.toStdString();
+        if (c.status == 2) {
+            EXPECT_TRUE(outcome.err.contains(u"\nUsage: hueshelf "_s)) << outcome.err.toStdString();
+        } else {
+            EXPECT_EQ(outcome.err.count(u'\n'), 1);
+        }
     }
 }
 
+// Help goes to stdout and exits 0 in every way of asking, whatever else is wrong.
+TEST(CommandLine, HelpGoesToStdoutInEveryWayOfAsking) {
+    for (const QStringList& arguments :
+         {QStringList{u"help"_s, u"contrast"_s}, QStringList{u"--help"_s, u"contrast"_s},
+          QStringList{u"contrast"_s, u"a"_s, u"--bogus"_s, u"-h"_s}}) {
+        const testing::CliOutcome outcome = runCli(arguments);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_TRUE(outcome.out.startsWith(
+            u"Usage: hueshelf contrast FOREGROUND BACKGROUND [--target RATIO] [--json]\n"_s));
+        EXPECT_TRUE(outcome.err.isEmpty());
+    }
+}
+
+// The text for people: aligned, and a ratio cut rather than rounded, so 4.4776 never reads as
+// the 4.5 it misses; any finite target is a question with an answer.
+TEST(CommandLine, ContrastForPeopleCutsTheRatio) {
+    EXPECT_EQ(runCli({u"contrast"_s, u"#777777"_s, u"#FFFFFF"_s}).out,
+              u"foreground  #777777\nbackground  #FFFFFF\nratio       4.47:1\n"
+              u"level       OK for headings\nadjusted    #767676 reaches 4.5:1\n"_s);
+    EXPECT_TRUE(runCli({u"contrast"_s, u"#777777"_s, u"#777777"_s, u"--target= 21.5 "_s})
+                    .out.endsWith(u"adjusted    no lightness of it reaches 21.5:1\n"_s));
+}
+
 } // namespace
-} // namespace hueshelf::testing
+} // namespace hueshelf::cli

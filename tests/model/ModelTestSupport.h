@@ -2,94 +2,68 @@
 
 #include "model/ColorItem.h"
 #include "model/ColorTemplate.h"
-#include "model/ContentHash.h"
 #include "model/TemplateWriter.h"
-#include "util/Clock.h"
 
 #include <QList>
 #include <QString>
 #include <QUuid>
 
 #include <deque>
+#include <optional>
 #include <utility>
 #include <vector>
 
 namespace hueshelf::testing {
 
-// A clock that moves one millisecond each time it is read, so a test can tell how often and
-// in which order it was asked.
-class SteppingClock final : public Clock {
-public:
-    explicit SteppingClock(double startMs) : m_next(startMs) {}
-    double nowMs() const override { return m_next++; }
-    int reads(double startMs) const { return static_cast<int>(m_next - startMs); }
-
-private:
-    mutable double m_next;
-};
-
 // Keeps every request and lets the test decide when, and with what, each write completes.
 class FakeTemplateWriter final : public TemplateWriter {
 public:
-    struct Pending {
-        SaveRequest request;
-        Written written;
-        Finished finished;
-    };
-
     void writeTemplates(const SaveRequest& request, Written written, Finished finished) override {
         requests.push_back(request);
-        pending.push_back({request, std::move(written), std::move(finished)});
+        pending.emplace_back(std::move(written), std::move(finished));
     }
     void writeShadowState(const QByteArray& json) override { shadowWrites.push_back(json); }
 
-    // Completes the oldest write as if the file now held `written`.
-    void completeNext(const QList<ColorTemplate>& written) {
-        Pending next = std::move(pending.front());
+    // Completes the oldest write as if the file now held `written` (by default what it was asked
+    // to write) under the request's time.
+    void completeNext(const std::optional<QList<ColorTemplate>>& written = std::nullopt) {
+        const SaveRequest request = requests.at(requests.size() - pending.size());
+        const auto [onWritten, onFinished] = std::move(pending.front());
         pending.pop_front();
-        // As a writer that found no newer stamp in the file: the request's time is written.
-        next.written(SaveOutcome{true, written, QByteArray(), next.request.nowMs});
-        next.finished();
-    }
-    // Completes the oldest write with exactly what it was asked to write.
-    void completeNextAsRequested() {
-        const QList<ColorTemplate> requested = pending.front().request.templates;
-        completeNext(requested);
+        onWritten(SaveOutcome{true, written.value_or(request.templates), {}, request.nowMs});
+        onFinished();
     }
 
     std::vector<SaveRequest> requests;
-    std::deque<Pending> pending;
+    std::deque<std::pair<Written, Finished>> pending;
     std::vector<QByteArray> shadowWrites;
 };
 
 inline ColorItem makeColor(const QString& name, const QString& hex, bool isLocked = false,
                            bool dividerBefore = false, const QString& dividerLabel = QString()) {
-    ColorItem color = ColorItem::make(name, hex, false);
-    color.isLocked = isLocked;
-    color.dividerBefore = dividerBefore;
-    color.dividerLabel = dividerLabel;
-    return color;
+    return {QUuid::createUuid(), name, hex, false, isLocked, dividerBefore, dividerLabel};
 }
 
 inline ColorTemplate makePalette(const QString& name, const QList<ColorItem>& colors,
-                                 bool isLocked = false, double createdAt = 1000.0) {
-    ColorTemplate palette = ColorTemplate::makeNew(name, colors, createdAt);
+                                 bool isLocked = false) {
+    ColorTemplate palette = ColorTemplate::makeNew(name, colors, 1000.0);
     palette.isLocked = isLocked;
     return palette;
 }
 
-inline QStringList namesOf(const QList<ColorItem>& colors) {
+template <class Record>
+QStringList namesOf(const QList<Record>& records) {
     QStringList names;
-    for (const ColorItem& color : colors)
-        names.append(color.name);
+    for (const Record& record : records)
+        names.append(record.name);
     return names;
 }
 
-inline QStringList namesOf(const QList<ColorTemplate>& templates) {
-    QStringList names;
+inline QList<QUuid> idsOf(const QList<ColorTemplate>& templates) {
+    QList<QUuid> ids;
     for (const ColorTemplate& palette : templates)
-        names.append(palette.name);
-    return names;
+        ids.append(palette.id);
+    return ids;
 }
 
 } // namespace hueshelf::testing

@@ -4,7 +4,6 @@
 #include "ManualScheduler.h"
 #include "ModelTestSupport.h"
 #include "TempHome.h"
-#include "model/ColorStorage.h"
 #include "model/PreferencesFile.h"
 #include "model/PreferencesKeys.h"
 #include "model/SettingsStore.h"
@@ -14,7 +13,6 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -27,34 +25,10 @@
 
 namespace hueshelf::testing {
 
-// The writer's thread and its completions need an application object; one for the whole run.
-inline void ensureCoreApplication() {
-    if (QCoreApplication::instance())
-        return;
-    static int argc = 1;
-    static char name[] = "hueshelf_model_tests";
-    static char* argv[] = {name, nullptr};
-    static auto* application = new QCoreApplication(argc, argv);
-    Q_UNUSED(application);
-}
-
-// Lets the event loop run until `done` holds. The bound is generous: it waits for real file
-// I/O on another thread, and a healthy run ends as soon as the condition holds.
-inline bool spinUntil(const std::function<bool()>& done, int boundMs = 10'000) {
-    const QDeadlineTimer deadline(boundMs);
-    while (!done()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
-
 inline bool writeBytes(const QString& path, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-           file.write(bytes) == bytes.size();
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
 inline QByteArray readBytes(const QString& path) {
@@ -62,45 +36,55 @@ inline QByteArray readBytes(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// A preferences file as another process of the product would write it.
+// A preferences file as another process of the product writes it.
 inline QJsonObject preferencesObject(const QList<ColorTemplate>& templates, const QUuid& active,
                                      double stamp) {
-    QJsonObject object;
-    object.insert(PreferencesKeys::templates, TemplateJson::templatesToJson(templates));
-    object.insert(PreferencesKeys::activeTemplateId, uuidText(active));
-    object.insert(PreferencesKeys::lastModified, stamp);
-    object.insert(PreferencesKeys::schemaVersion, 2);
-    return object;
+    return {{PreferencesKeys::templates, TemplateJson::templatesToJson(templates)},
+            {PreferencesKeys::activeTemplateId, uuidText(active)},
+            {PreferencesKeys::lastModified, stamp},
+            {PreferencesKeys::schemaVersion, 2}};
 }
 
-// A temporary home with the locations and settings of a normal run inside it.
+// A temporary home with the locations and settings of a normal run in it, and an application
+// object for the writer's thread, its completions and the directory watch.
 class PersistenceFixture : public ::testing::Test {
 protected:
     static constexpr double kStart = 1'700'000'000'000.0;
 
     PersistenceFixture() {
-        ensureCoreApplication();
+        static int argc = 1;
+        static char name[] = "hueshelf_model_tests";
+        static char* argv[] = {name, nullptr};
+        if (!QCoreApplication::instance())
+            new QCoreApplication(argc, argv);
         locations = StorageLocations::resolve(home.paths(), QProcessEnvironment());
         settings = SettingsStore::open(locations);
     }
 
-    QString prefsPath() const { return locations.preferencesFile; }
-
-    bool writeFile(const QJsonObject& object) {
-        return writeBytes(prefsPath(), QJsonDocument(object).toJson());
+    // A healthy run ends as soon as `done` holds.
+    static bool spinUntil(const std::function<bool()>& done) {
+        const QDeadlineTimer deadline(10'000);
+        while (!done() && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        return done();
     }
+
+    QString prefsPath() const { return locations.preferencesFile; }
     QJsonObject readPreferences() const {
         return PreferencesFile::read(prefsPath()).value_or(QJsonObject());
     }
     QList<ColorTemplate> templatesInFile() const {
         const auto data = PreferencesFile::templatesData(readPreferences());
-        if (!data)
-            return {};
-        return TemplateJson::decodeTemplates(*data, clock).value_or(QList<ColorTemplate>());
+        return TemplateJson::decodeTemplates(data.value_or("[]"), clock)
+            .value_or(QList<ColorTemplate>());
     }
-    // What another run (or a look from outside) finds in the settings file on disk.
-    std::unique_ptr<QSettings> settingsOnDisk() const {
-        return std::make_unique<QSettings>(locations.settingsFile, QSettings::IniFormat);
+    qint64 fileDataHash() const {
+        return PreferencesFile::dataHash(
+            PreferencesFile::templatesData(readPreferences()).value_or(""));
+    }
+    QStringList keptCopies() const {
+        const QString pattern = QFileInfo(prefsPath()).fileName() + QStringLiteral(".unreadable-*");
+        return QDir(locations.prefsDir).entryList({pattern}, QDir::Files, QDir::Name);
     }
 
     TempHome home;

@@ -17,14 +17,6 @@ QJsonValue optionalText(const std::optional<QString>& text) {
     return text ? QJsonValue(*text) : QJsonValue(QJsonValue::Null);
 }
 
-QString kindIdentifier(const PaletteCheck::Kind& kind) {
-    if (PaletteCheck::isReadability(kind))
-        return u"readability"_s;
-    if (PaletteCheck::isLookAlike(kind))
-        return u"lookAlike"_s;
-    return u"nearDuplicate"_s;
-}
-
 } // namespace
 
 CheckReport::CheckReport(std::optional<QString> name, QList<ColorItem> colors)
@@ -142,6 +134,14 @@ QString CheckReport::toText() const {
     if (!roles.isEmpty())
         text += u"\nRoles\n"_s + roles.render();
     return text;
+}
+
+QString CheckReport::kindIdentifier(const PaletteCheck::Kind& kind) {
+    if (PaletteCheck::isReadability(kind))
+        return u"readability"_s;
+    if (PaletteCheck::isLookAlike(kind))
+        return u"lookAlike"_s;
+    return u"nearDuplicate"_s;
 }
 
 } // namespace hueshelf::cli

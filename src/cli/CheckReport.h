@@ -25,6 +25,10 @@ public:
     QJsonObject toJson() const;
     QString toText() const;
 
+    // The name of an issue's kind in machine output: "readability", "lookAlike" or
+    // "nearDuplicate". The MCP server's check tool says the same.
+    static QString kindIdentifier(const PaletteCheck::Kind& kind);
+
 private:
     // The colour's place in the list, by id; -1 when it isn't there.
     int indexOf(const QUuid& id) const;

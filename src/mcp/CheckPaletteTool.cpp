@@ -1,3 +1,4 @@
+#include "cli/CheckReport.h"
 #include "color/ColorVisionSimulation.h"
 #include "color/PaletteCheck.h"
 #include "mcp/ColorArgument.h"
@@ -15,14 +16,6 @@ namespace hueshelf::mcp::ToolCatalog {
 
 namespace {
 
-QString kindIdentifier(const PaletteCheck::Kind& kind) {
-    if (PaletteCheck::isReadability(kind))
-        return u"readability"_s;
-    if (PaletteCheck::isLookAlike(kind))
-        return u"lookAlike"_s;
-    return u"nearDuplicate"_s;
-}
-
 QJsonObject colorJson(const ColorItem& color) {
     return QJsonObject{{u"name"_s, color.name}, {u"hex"_s, color.hex}};
 }
@@ -30,7 +23,7 @@ QJsonObject colorJson(const ColorItem& color) {
 QJsonObject issueJson(const PaletteCheck::Issue& issue) {
     QJsonObject object{
         {u"id"_s, issue.id},
-        {u"kind"_s, kindIdentifier(issue.kind)},
+        {u"kind"_s, cli::CheckReport::kindIdentifier(issue.kind)},
         {u"color"_s, colorJson(issue.color)},
         {u"other"_s, colorJson(issue.other)},
         {u"text"_s, issue.text},

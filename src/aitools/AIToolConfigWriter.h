@@ -39,7 +39,8 @@ ForeignJson makeEntry(AIToolRegistry::EntryStyle style, const QString& command,
 
 // Puts `entry` at root → `topKey` → `name`, replacing an entry of that name whole. A missing or
 // empty file counts as a new one (no backup is taken); a file that isn't strict JSON with an
-// object root fails with WriteError::fileNotParseable and is left untouched, without backup. A
+// object root fails with WriteError::fileNotParseable and is left untouched, without backup, and
+// one that exists but can't be read (no permission, a folder) fails with a PlatformError. A
 // value at `topKey` that isn't an object is replaced by one (the backup still holds it). The
 // file is written back pretty-printed with sorted keys (see ForeignJson::prettyPrinted).
 [[nodiscard]] AIToolFailure mergeJSONEntry(const QString& path, const QString& topKey,
@@ -66,7 +67,8 @@ QString tomlBlock(const QString& name, const QString& command, const QStringList
 QString strippedTOML(const QString& text, const QString& name);
 
 // Moves the block to the end of the file, after one blank line, replacing any block of that
-// name. An unreadable or non-UTF-8 file is taken as empty and replaced without a backup.
+// name. A file that exists but can't be read as UTF-8 text is the user's all the same: it is
+// refused (a PlatformError) and left as it is, never replaced.
 [[nodiscard]] AIToolFailure writeTOMLEntry(const QString& path, const QString& name,
                                            const QString& command, const QStringList& args);
 

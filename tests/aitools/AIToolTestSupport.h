@@ -1,6 +1,7 @@
 #pragma once
 
-#include "aitools/HealResult.h"
+#include "aitools/AIToolConnector.h"
+#include "aitools/AIToolRegistry.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,58 +11,29 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <ostream>
 
-// Readable failure messages for Qt text in GoogleTest expectations.
+// Readable failure messages for QString in GoogleTest expectations.
 inline void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';
 }
-inline void PrintTo(const QByteArray& bytes, std::ostream* out) {
-    *out << '"' << bytes.toStdString() << '"';
-}
-
-namespace hueshelf {
-inline void PrintTo(const HealResult& result, std::ostream* out) {
-    static const char* const kinds[] = {"notConfigured", "upToDate", "leftAlone", "repaired",
-                                        "needsAttention"};
-    *out << kinds[int(result.kind)];
-    if (result.previousCommand)
-        *out << " from " << result.previousCommand->toStdString();
-    if (!result.message.isEmpty())
-        *out << ": " << result.message.toStdString();
-}
-} // namespace hueshelf
 
 namespace hueshelf::testing {
 
-// Names parameterised cases by their `label`.
-struct ByLabel {
-    template <class Param>
-    std::string operator()(const ::testing::TestParamInfo<Param>& test) const {
-        return test.param.label;
-    }
-};
-
-// A scratch directory in which tests lay out homes, applications folders and whole machines.
+// A scratch directory in which tests lay out homes and whole machines.
 class Scratch {
 public:
     QString path(const QString& relative = {}) const {
         return relative.isEmpty() ? m_dir.path() : m_dir.path() + u'/' + relative;
     }
-
-    void makeDir(const QString& relative) const {
-        ASSERT_TRUE(QDir().mkpath(path(relative))) << relative.toStdString();
-    }
-
     void write(const QString& relative, const QByteArray& bytes) const {
-        const QString full = path(relative);
-        QDir().mkpath(QFileInfo(full).absolutePath());
-        QFile file(full);
+        QDir().mkpath(QFileInfo(path(relative)).absolutePath());
+        QFile file(path(relative));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << relative.toStdString();
-        ASSERT_EQ(file.write(bytes), bytes.size());
+        file.write(bytes);
     }
-
     // Nothing if the file can't be read, so that "absent" and "empty" differ.
     std::optional<QByteArray> read(const QString& relative) const {
         QFile file(path(relative));
@@ -70,81 +42,68 @@ public:
         return file.readAll();
     }
 
-    bool exists(const QString& relative) const { return QFileInfo::exists(path(relative)); }
-
 private:
     QTemporaryDir m_dir;
 };
 
-// The record of a run of the fake `claude`: its arguments.
-using ClaudeCall = QStringList;
-
-// A stand-in for the `claude` command: a shell script that records each call's arguments, keeps
-// a Claude Code status file as the real command would on "mcp add" and "mcp remove", and fails
-// with a text on its standard error while a "fail-add" or "fail-remove" file holds that text.
+// A stand-in for the `claude` command: notes each call's arguments as a line of "calls", keeps
+// `statusFile` (the home's ".claude.json") as the real one would, fails with the text of a
+// "fail-add" or "fail-remove" file, and changes nothing while a "frozen" file exists.
 class FakeClaude {
 public:
-    // `statusFile` is the home's ".claude.json" that the script writes.
     FakeClaude(const Scratch& scratch, const QString& folder, const QString& statusFile)
         : m_folder(scratch.path(folder)) {
-        QDir().mkpath(m_folder);
-        const QByteArray script =
-            "#!/bin/sh\n"
-            "dir='" +
-            m_folder.toUtf8() +
-            "'\n"
-            "for a in \"$@\"; do printf '%s\\n' \"$a\" >> \"$dir/calls\"; done\n"
-            "printf '%s\\n' '--end--' >> \"$dir/calls\"\n"
-            "if [ \"$2\" = add ] && [ -e \"$dir/fail-add\" ]; then cat \"$dir/fail-add\" >&2; "
-            "exit 3; fi\n"
-            "if [ \"$2\" = remove ] && [ -e \"$dir/fail-remove\" ]; then cat \"$dir/fail-remove\" "
-            ">&2; exit 1; fi\n"
-            "if [ -e \"$dir/frozen\" ]; then exit 0; fi\n"
-            "if [ \"$2\" = add ]; then printf '{\"mcpServers\":{\"hueshelf\":{\"command\":\"%s\","
-            "\"args\":[\"%s\",\"%s\"]}}}' \"$7\" \"$8\" \"$9\" > '" +
-            statusFile.toUtf8() +
-            "'; fi\n"
-            "if [ \"$2\" = remove ]; then printf '{\"mcpServers\":{}}' > '" +
-            statusFile.toUtf8() +
-            "'; fi\n"
-            "exit 0\n";
-        QFile file(program());
-        if (file.open(QIODevice::WriteOnly))
-            file.write(script);
-        file.close();
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QByteArray status = scratch.path(statusFile).toUtf8();
+        QDir().mkpath(QFileInfo(QString::fromUtf8(status)).absolutePath());
+        scratch.write(folder + u"/claude", "#!/bin/sh\nd='" + m_folder.toUtf8() + "'\n" + R"(
+echo "$*" >> "$d/calls"
+if [ -e "$d/fail-$2" ]; then cat "$d/fail-$2" >&2; exit 3; fi
+if [ -e "$d/frozen" ]; then exit 0; fi
+if [ "$2" = add ]; then echo "{\"mcpServers\":{\"hueshelf\":{\"command\":\"$7\"}}}" > ')" +
+                                               status + R"('; fi
+if [ "$2" = remove ]; then echo '{}' > ')" + status +
+                                               "'; fi\n");
+        QFile::setPermissions(program(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
-
     QString program() const { return m_folder + u"/claude"; }
-
-    // Makes "mcp add" or "mcp remove" (`which`) fail with `text` on standard error.
-    void failOn(const QString& which, const QByteArray& text) const {
-        QFile file(m_folder + u"/fail-" + which);
+    void touch(const QString& name, const QByteArray& text = {}) const {
+        QFile file(m_folder + u'/' + name);
         if (file.open(QIODevice::WriteOnly))
             file.write(text);
     }
-    // The command then succeeds without changing the status file.
-    void freeze() const { QFile(m_folder + u"/frozen").open(QIODevice::WriteOnly); }
-
-    QList<ClaudeCall> calls() const {
+    QStringList calls() const {
         QFile file(m_folder + u"/calls");
-        QList<ClaudeCall> calls;
-        if (!file.open(QIODevice::ReadOnly))
-            return calls;
-        ClaudeCall current;
-        for (const QByteArray& line : file.readAll().split('\n')) {
-            if (line == "--end--") {
-                calls.append(current);
-                current.clear();
-            } else if (!line.isEmpty()) {
-                current.append(QString::fromUtf8(line));
-            }
-        }
-        return calls;
+        return file.open(QIODevice::ReadOnly)
+                   ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                   : QStringList();
     }
 
 private:
     QString m_folder;
+};
+
+// A home under the Linux tool table, with a fake `claude` as the only candidate.
+class ConnectorHome : public ::testing::Test {
+protected:
+    static inline const QString binary = QStringLiteral("/opt/hs/hueshelf-mcp");
+    static inline const QString addCall =
+        QStringLiteral("mcp add --scope user hueshelf -- /opt/hs/hueshelf-mcp --client ");
+    static inline const QString removeCall = QStringLiteral("mcp remove --scope user hueshelf");
+
+    const AITool& tool(const QString& id) const {
+        return *std::find_if(tools.cbegin(), tools.cend(),
+                             [&](const AITool& t) { return t.id == id; });
+    }
+    QString at(const QString& relative) const { return scratch.path(relative); }
+
+    Scratch scratch;
+    FakeClaude claude{scratch, QStringLiteral("bin"), QStringLiteral("home/.claude.json")};
+    QList<AITool> tools =
+        AIToolRegistry::linuxTools(at(QStringLiteral("home")), at(QStringLiteral("root")));
+    AIToolConnector connector{binary,
+                              at(QStringLiteral("last-used.json")),
+                              at(QStringLiteral("home")),
+                              {claude.program()}};
 };
 
 } // namespace hueshelf::testing

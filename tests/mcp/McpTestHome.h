@@ -12,12 +12,10 @@
 #include "model/StorageLocations.h"
 #include "model/TemplateJson.h"
 
-#include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcessEnvironment>
 #include <QSettings>
 
 #include <gtest/gtest.h>
@@ -30,9 +28,6 @@ namespace hueshelf::testing {
 // it, and the server's tools and protocol over it, in this process.
 class McpTestHome : public ::testing::Test {
 protected:
-    static inline const QString kForeignKey = QStringLiteral("helperState");
-    static constexpr double kNow = 1'763'210'000'000.0;
-
     McpTestHome() { useClient(std::nullopt); }
 
     // Rebuilds the tools and server as started with (or without) `--client`.
@@ -45,98 +40,61 @@ protected:
     StorageLocations locations() const {
         return StorageLocations::resolve(home.paths(), QProcessEnvironment());
     }
-    QString prefsPath() const { return locations().preferencesFile; }
     QString lastUsedPath() const { return home.paths().dataDir + u"/ai-tool-last-used.json"; }
 
-    void seed(const QList<ColorTemplate>& templates, const QJsonValue& active) {
-        QJsonObject object;
-        object.insert(PreferencesKeys::templates, TemplateJson::templatesToJson(templates));
+    // The palettes, the active id (if defined) and a key of another writer.
+    void seed(const QList<ColorTemplate>& templates, const QJsonValue& active = {}) {
+        QJsonObject object{{PreferencesKeys::lastModified, 1'700'000'000'000.0},
+                           {PreferencesKeys::schemaVersion, 2},
+                           {PreferencesKeys::templates, TemplateJson::templatesToJson(templates)},
+                           {QStringLiteral("helperState"), true}};
         if (!active.isUndefined())
             object.insert(PreferencesKeys::activeTemplateId, active);
-        object.insert(PreferencesKeys::lastModified, 1'700'000'000'000.0);
-        object.insert(PreferencesKeys::schemaVersion, 2);
-        object.insert(kForeignKey, QJsonObject{{QStringLiteral("keep"), true}});
-        ASSERT_TRUE(PreferencesFile::write(prefsPath(), object));
+        ASSERT_TRUE(PreferencesFile::write(locations().preferencesFile, object));
     }
-
     // What the AI tools panel stores when the user picks a palette.
     void chooseBrand(const QString& idText) {
-        QSettings settings(locations().settingsFile, QSettings::IniFormat);
-        settings.setValue(QStringLiteral("brandTemplateId"), idText);
-        settings.sync();
+        QSettings(locations().settingsFile, QSettings::IniFormat)
+            .setValue(QStringLiteral("brandTemplateId"), idText);
     }
-
-    QByteArray fileBytes(const QString& path) const {
+    static QByteArray fileBytes(const QString& path) {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-    QJsonObject fileObject() const {
-        return PreferencesFile::read(prefsPath()).value_or(QJsonObject());
-    }
-    QList<ColorTemplate> fileTemplates() const {
-        const std::optional<QByteArray> data = PreferencesFile::templatesData(fileObject());
-        if (!data)
-            return {};
-        return TemplateJson::decodeTemplates(*data, clock).value_or(QList<ColorTemplate>());
-    }
 
-    QStringList filesInHome() const {
-        QStringList files;
-        QDirIterator it(home.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        while (it.hasNext())
-            files << it.next().mid(home.path().size() + 1);
-        files.sort();
-        return files;
-    }
-
-    // One message through the protocol; the answer parsed, or an empty object for silence.
+    // One line through the protocol; the answer parsed, or an empty object for silence.
     QJsonObject exchange(const QByteArray& line) {
         const std::optional<QByteArray> answer = server->handle(line);
-        if (!answer)
-            return {};
-        EXPECT_FALSE(answer->contains('\n'));
-        return QJsonDocument::fromJson(*answer).object();
+        return answer ? QJsonDocument::fromJson(*answer).object() : QJsonObject();
     }
-    QJsonObject request(const QString& method, const QJsonObject& params, int id = 1) {
-        const QJsonObject message{{QStringLiteral("jsonrpc"), QStringLiteral("2.0")},
-                                  {QStringLiteral("id"), id},
-                                  {QStringLiteral("method"), method},
-                                  {QStringLiteral("params"), params}};
-        return exchange(QJsonDocument(message).toJson(QJsonDocument::Compact));
+    QJsonObject request(const QString& method, const QJsonObject& params = {}) {
+        return exchange(R"({"jsonrpc":"2.0","id":1,"method":")" + method.toUtf8() +
+                        R"(","params":)" + QJsonDocument(params).toJson(QJsonDocument::Compact) +
+                        '}')[QStringLiteral("result")]
+            .toObject();
     }
-    // A tools/call through the protocol: its result object.
-    QJsonObject call(const QString& tool, const QJsonObject& arguments = QJsonObject()) {
-        const QJsonObject answer = request(
-            QStringLiteral("tools/call"),
-            QJsonObject{{QStringLiteral("name"), tool}, {QStringLiteral("arguments"), arguments}});
-        EXPECT_TRUE(answer.contains(QStringLiteral("result"))) << toText(answer);
-        return answer.value(QStringLiteral("result")).toObject();
+    QJsonObject call(const QString& tool, const QJsonObject& arguments = {}) {
+        return request(QStringLiteral("tools/call"),
+                       {{QStringLiteral("name"), tool}, {QStringLiteral("arguments"), arguments}});
     }
     // The structured content of a call that must succeed.
-    QJsonObject success(const QString& tool, const QJsonObject& arguments = QJsonObject()) {
+    QJsonObject success(const QString& tool, const QJsonObject& arguments = {}) {
         const QJsonObject result = call(tool, arguments);
-        EXPECT_FALSE(result.value(QStringLiteral("isError")).toBool()) << toText(result);
+        EXPECT_EQ(result.value(QStringLiteral("isError")), QJsonValue(false))
+            << QJsonDocument(result).toJson().toStdString();
         return result.value(QStringLiteral("structuredContent")).toObject();
     }
-    // The sentence of a call that must be refused as a tool error.
+    // The sentence of a call that must be refused: a result the model reads, not an error.
     QString failure(const QString& tool, const QJsonObject& arguments) {
         const QJsonObject result = call(tool, arguments);
-        EXPECT_TRUE(result.value(QStringLiteral("isError")).toBool()) << toText(result);
+        EXPECT_EQ(result.value(QStringLiteral("isError")), QJsonValue(true))
+            << QJsonDocument(result).toJson().toStdString();
         EXPECT_FALSE(result.contains(QStringLiteral("structuredContent")));
-        return result.value(QStringLiteral("content"))
-            .toArray()
-            .at(0)
-            .toObject()
-            .value(QStringLiteral("text"))
-            .toString();
-    }
-
-    static std::string toText(const QJsonObject& object) {
-        return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+        return result[QStringLiteral("content")][0][QStringLiteral("text")].toString();
     }
 
     TempHome home;
-    ManualClock clock{kNow};
+    ManualClock clock{1'763'210'000'000.0};
     mcp::PaletteSource source{home.paths(), QProcessEnvironment()};
     std::unique_ptr<mcp::McpTools> tools;
     std::unique_ptr<mcp::McpServer> server;

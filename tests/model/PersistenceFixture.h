@@ -36,6 +36,26 @@ inline QByteArray readBytes(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+// One application object for the whole test program (the writer's thread, completions and
+// the directory watch need it); it is never destroyed.
+inline void ensureCoreApplication() {
+    if (QCoreApplication::instance())
+        return;
+    static int argc = 1;
+    static char name[] = "hueshelf_tests";
+    static char* argv[] = {name, nullptr};
+    new QCoreApplication(argc, argv);
+}
+
+// Lets the event loop run until `done` holds; a healthy run ends as soon as it does. The bound
+// is generous: it waits for real file I/O on another thread.
+inline bool spinUntil(const std::function<bool()>& done) {
+    const QDeadlineTimer deadline(10'000);
+    while (!done() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    return done();
+}
+
 // A preferences file as another process of the product writes it.
 inline QJsonObject preferencesObject(const QList<ColorTemplate>& templates, const QUuid& active,
                                      double stamp) {
@@ -52,21 +72,9 @@ protected:
     static constexpr double kStart = 1'700'000'000'000.0;
 
     PersistenceFixture() {
-        static int argc = 1;
-        static char name[] = "hueshelf_model_tests";
-        static char* argv[] = {name, nullptr};
-        if (!QCoreApplication::instance())
-            new QCoreApplication(argc, argv);
+        ensureCoreApplication();
         locations = StorageLocations::resolve(home.paths(), QProcessEnvironment());
         settings = SettingsStore::open(locations);
-    }
-
-    // A healthy run ends as soon as `done` holds.
-    static bool spinUntil(const std::function<bool()>& done) {
-        const QDeadlineTimer deadline(10'000);
-        while (!done() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        return done();
     }
 
     QString prefsPath() const { return locations.preferencesFile; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../model/PersistenceFixture.h"
+#include "model/ColorStorage.h"
 #include "model/ExternalChangeMonitor.h"
 #include "model/PreferencesWriter.h"
 #include "model/TemplateLoader.h"
@@ -12,27 +13,17 @@
 
 namespace hueshelf::testing {
 
-// What a finished second process left behind.
-struct ProcessRun {
-    bool finished = false; // ran to its end by itself, in time
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-// A temporary home shared by a store in the test (the real writer on its own thread, the
-// real monitor with its real directory watch, a manual clock and scheduler) and real second
-// processes: the test writer and the hueshelf binary, both pointed at that home through
-// HOME and XDG_CONFIG_HOME. The manual clock starts years before the system clock, so each
-// of the other processes' writes is later than anything the store stamped, unless a test
-// moves the clock on purpose.
+// A temporary home shared by a store in the test (the real writer on its own thread, the real
+// monitor with its real directory watch, a manual clock and scheduler) and real second
+// processes: the test writer and the hueshelf binary, both pointed at that home through HOME and
+// XDG_CONFIG_HOME. The manual clock starts years before the system clock, so each of the other
+// processes' writes is later than anything the store stamped.
 class OtherProcessFixture : public PersistenceFixture {
 protected:
     static inline const QString kForeignKey = QStringLiteral("helperState");
 
     void TearDown() override {
-        // The writer first: its last completions still reach the store.
-        writer.reset();
+        writer.reset(); // first: its last completions still reach the store
         monitor.reset();
         store.reset();
     }
@@ -50,63 +41,45 @@ protected:
         return env;
     }
 
-    ProcessRun runProcess(const QString& program, const QStringList& arguments) const {
+    // Runs a second process to its end; true when it exited by itself with status 0.
+    bool run(const QString& program, const QStringList& arguments, QString* out = nullptr) const {
         QProcess process;
         process.setProcessEnvironment(processEnvironment());
         process.start(program, arguments);
-        ProcessRun run;
-        if (!process.waitForStarted(10'000))
-            return run;
-        if (!process.waitForFinished(20'000)) {
+        if (!process.waitForStarted(10'000) || !process.waitForFinished(20'000)) {
             process.kill();
             process.waitForFinished(5'000);
-            return run;
+            return false;
         }
-        run.finished = process.exitStatus() == QProcess::NormalExit;
-        run.status = process.exitCode();
-        run.out = QString::fromUtf8(process.readAllStandardOutput());
-        run.err = QString::fromUtf8(process.readAllStandardError());
-        return run;
-    }
-
-    // One scripted edit by the test writer; true when it ran and succeeded.
-    bool otherProcess(const QStringList& arguments, QString* out = nullptr) const {
-        const ProcessRun run = runProcess(QStringLiteral(HUESHELF_TEST_WRITER), arguments);
         if (out)
-            *out = run.out.trimmed();
-        return run.finished && run.status == 0;
+            *out = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+        return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     }
-
-    ProcessRun hueshelf(const QStringList& arguments) const {
-        return runProcess(QStringLiteral(HUESHELF_BINARY), arguments);
+    // One scripted edit by the test writer (a full read-merge-write of its own).
+    bool otherProcess(const QStringList& arguments, QString* out = nullptr) const {
+        return run(QStringLiteral(HUESHELF_TEST_WRITER), arguments, out);
     }
 
     // The file as another process of the product left it, with a key of its own.
     void seed(const QList<ColorTemplate>& templates, const QUuid& active) {
         QJsonObject object = preferencesObject(templates, active, kStart - 60'000.0);
         object.insert(kForeignKey, QJsonObject{{QStringLiteral("keep"), true}});
-        ASSERT_TRUE(writeFile(object));
+        ASSERT_TRUE(writeBytes(prefsPath(), QJsonDocument(object).toJson()));
     }
 
-    // The store as the bar opens it: the load at start, then the writer.
-    void openStore() {
+    // The store as the bar opens it: the load at start, then the writer; optionally its
+    // monitor, past the start-up poll, so that only the real directory watch is left.
+    void openStore(bool withMonitor = false) {
         store = std::make_unique<ColorStorage>(
             clock, scheduler, TemplateLoader::loadAtStart(locations, *settings, clock));
         writer = std::make_unique<PreferencesWriter>(prefsPath(), *settings);
         store->setWriter(writer.get());
-    }
-
-    // ... and its monitor, past the start-up poll, so that only the directory watch is left.
-    void openMonitor() {
-        monitor = std::make_unique<ExternalChangeMonitor>(*store, clock, scheduler, prefsPath(),
-                                                          locations.prefsDir);
-        monitor->start();
-        monitor->endStartupPoll();
-    }
-
-    void saveAndWait() {
-        store->saveTemplates();
-        writer->drain();
+        if (withMonitor) {
+            monitor = std::make_unique<ExternalChangeMonitor>(*store, clock, scheduler, prefsPath(),
+                                                              locations.prefsDir);
+            monitor->start();
+            monitor->endStartupPoll();
+        }
     }
 
     // The real watch sees the other process's write; the debounce then runs out by hand.
@@ -117,13 +90,9 @@ protected:
         return true;
     }
 
-    double fileStamp() const {
-        return readPreferences().value(PreferencesKeys::lastModified).toDouble();
-    }
     QString fileActiveId() const {
         return readPreferences().value(PreferencesKeys::activeTemplateId).toString();
     }
-
     std::optional<ColorTemplate> inFile(const QUuid& id) const {
         for (const ColorTemplate& palette : templatesInFile()) {
             if (palette.id == id)
@@ -134,16 +103,7 @@ protected:
 
     std::unique_ptr<ColorStorage> store;
     std::unique_ptr<ExternalChangeMonitor> monitor;
-    // Last, so it goes first.
-    std::unique_ptr<PreferencesWriter> writer;
+    std::unique_ptr<PreferencesWriter> writer; // last, so it goes first
 };
-
-// Ids and stored hashes in order: what two lists must share to hold the same palettes.
-inline QStringList signaturesOf(const QList<ColorTemplate>& templates) {
-    QStringList signatures;
-    for (const ColorTemplate& palette : templates)
-        signatures << uuidText(palette.id) + u'|' + palette.contentHash;
-    return signatures;
-}
 
 } // namespace hueshelf::testing

@@ -1,31 +1,42 @@
 #pragma once
 
-#include "sync/SyncableTemplate.h"
-
 #include <QString>
 
 #include <ostream>
 
-// Readable failures for Qt text; found by argument lookup in QString's own (global) namespace,
-// so it must be seen before GoogleTest's printers are.
+// Readable failures for Qt text, declared before GoogleTest's printers are seen.
 inline void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';
 }
 
-#include <QByteArray>
+#include "../model/PersistenceFixture.h"
+#include "ManualClock.h"
+#include "ManualScheduler.h"
+#include "TempHome.h"
+#include "model/ColorStorage.h"
+#include "model/ContentHash.h"
+#include "sync/FolderWatch.h"
+#include "sync/IoQueue.h"
+#include "sync/StoreSync.h"
+#include "sync/SyncConversion.h"
+#include "sync/SyncFolder.h"
+#include "sync/SyncManager.h"
+
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QString>
-#include <QUuid>
+#include <QSettings>
 
 #include <gtest/gtest.h>
 
-#include <bit>
-#include <cstdint>
-#include <ostream>
+#include <deque>
+#include <memory>
+#include <tuple>
+#include <utility>
 
 namespace hueshelf::testing {
 
@@ -34,62 +45,138 @@ using namespace Qt::StringLiterals;
 inline const QString kDeviceA = u"0A0A0A0A-1111-4222-8333-444444444444"_s;
 inline const QString kDeviceB = u"0B0B0B0B-5555-4666-8777-888888888888"_s;
 
-inline std::uint64_t bitsOf(double value) {
-    return std::bit_cast<std::uint64_t>(value);
-}
-
 // One colour entry as a palette file holds it.
 inline QJsonObject colorEntry(const QString& id, const QString& name, const QString& hex) {
-    QJsonObject object;
-    object.insert(u"id"_s, id);
-    object.insert(u"name"_s, name);
-    object.insert(u"hex"_s, hex);
-    object.insert(u"isAutoNamed"_s, false);
-    object.insert(u"isLocked"_s, false);
-    object.insert(u"dividerBefore"_s, false);
-    object.insert(u"dividerLabel"_s, u""_s);
-    return object;
+    return {{u"id"_s, id}, {u"name"_s, name}, {u"hex"_s, hex}, {u"isLocked"_s, false}};
+}
+
+// A folder watch whose events the test fires by hand. Like the real one, it refuses a folder
+// that isn't there.
+class FakeFolderWatch final : public FolderWatch {
+public:
+    bool start(const QString& path, Handler onChange) override {
+        handler = refuse || !QFileInfo(path).isDir() ? nullptr : std::move(onChange);
+        watched = handler ? path : QString();
+        return handler != nullptr;
+    }
+    void stop() override { handler = nullptr; }
+    bool isWatching() const override { return handler != nullptr; }
+    void fire() { handler ? handler() : void(); }
+    bool refuse = false;
+    Handler handler;
+    QString watched;
+};
+
+// Folder reads that wait until the test lets them run, so a test can act while a pass is in
+// the middle of its read.
+class ManualIoQueue final : public IoQueue {
+public:
+    void run(Work work) override { work_.push_back(std::move(work)); }
+    void flush() {
+        for (; !work_.empty(); work_.pop_front())
+            work_.front()()();
+    }
+    std::size_t pending() const { return work_.size(); }
+    std::deque<Work> work_;
+};
+
+// One device: a store with a fake writer, the manager over a fake watch, the store's sync half,
+// all on a manual clock; the sync folder lives in a temporary home.
+class SyncEngineFixture : public ::testing::Test {
+protected:
+    static constexpr double kStart = 1'700'000'000'000.0;
+
+    SyncEngineFixture() {
+        ensureCoreApplication();
+        QDir().mkpath(root);
+    }
+
+    void makeManager() {
+        auto fakeWatch = std::make_unique<FakeFolderWatch>();
+        watch = fakeWatch.get();
+        sync = std::make_unique<SyncManager>(clock, scheduler, *settings, u"Test Machine"_s,
+                                             u"1.2.3"_s, std::move(fakeWatch));
+    }
+
+    // A store of these palettes, the manager, and sync set up in `root` unless asked not to.
+    void startDevice(const QList<ColorTemplate>& templates, bool setUp = true) {
+        LoadedTemplates load;
+        load.templates = templates;
+        load.activeTemplateId = templates.isEmpty() ? QUuid() : templates.constFirst().id;
+        store = std::make_unique<ColorStorage>(clock, scheduler, load);
+        store->setWriter(&writer);
+        makeManager();
+        if (setUp) {
+            ASSERT_FALSE(sync->setupSync(root, u"Dropbox"_s).has_value());
+        }
+        storeSync = std::make_unique<StoreSync>(*store, *sync, io, *settings, clock, scheduler);
+    }
+
+    QString syncFolder() const { return QDir(root).filePath(SyncFolder::folderName); }
+    QString templatesFolder() const { return SyncFolder::templatesFolderPath(syncFolder()); }
+    QString fileOf(const QUuid& id) const {
+        return SyncFolder::templateFilePath(templatesFolder(), id);
+    }
+    std::optional<SyncableTemplate> recordOf(const QUuid& id) const {
+        return SyncFolder::readTemplateFile(fileOf(id));
+    }
+    void putRecord(const SyncableTemplate& record) const {
+        ASSERT_FALSE(SyncFolder::writeTemplate(record, templatesFolder()).has_value());
+    }
+    void takeFolderAway() { ASSERT_TRUE(QDir().rename(syncFolder(), syncFolder() + u"~"_s)); }
+    void bringFolderBack() { ASSERT_TRUE(QDir().rename(syncFolder() + u"~"_s, syncFolder())); }
+
+    // Completes every write the store handed over, as if the file now held what was asked.
+    void completeWrites() {
+        while (!writer.pending.empty())
+            writer.completeNext();
+    }
+
+    TempHome home;
+    QString root = home.path() + u"/Dropbox"_s;
+    std::unique_ptr<QSettings> settings =
+        std::make_unique<QSettings>(home.path() + u"/hueshelf.conf"_s, QSettings::IniFormat);
+    ManualClock clock{kStart};
+    ManualScheduler scheduler{clock};
+    FakeTemplateWriter writer;
+    ManualIoQueue io;
+    std::unique_ptr<ColorStorage> store;
+    FakeFolderWatch* watch = nullptr;
+    std::unique_ptr<SyncManager> sync;
+    std::unique_ptr<StoreSync> storeSync;
+};
+
+// A palette from "Name:#HEX Name:#HEX ...", each colour with an id of its own.
+inline ColorTemplate paletteOf(const QString& name, const QString& colors) {
+    QList<ColorItem> items;
+    for (const QString& color : colors.split(u' ', Qt::SkipEmptyParts))
+        items.append(makeColor(color.section(u':', 0, 0), color.section(u':', 1)));
+    return makePalette(name, items);
+}
+
+// A record as another device writes it: its own clock, its own device id.
+inline SyncableTemplate remoteRecord(const ColorTemplate& palette, double lastModified) {
+    SyncableTemplate record = syncableFrom(palette, kDeviceB);
+    record.contentHash = syncableContentHash(record.name, record.colors);
+    record.lastModified = lastModified;
+    record.modifiedBy = kDeviceB;
+    return record;
 }
 
 // A complete, valid palette record of two colours, as another device would have written it.
 inline QJsonObject paletteObject(const QString& id = u"D1D1D1D1-AAAA-4BBB-8CCC-DDDDDDDDDDDD"_s) {
-    QJsonArray colors;
-    colors.append(
-        colorEntry(u"11111111-2222-4333-8444-555555555555"_s, u"Primary"_s, u"#FFA69E"_s));
-    colors.append(colorEntry(u"AAAAAAAA-BBBB-4CCC-8DDD-EEEEEEEEEEEE"_s, u"Accent"_s, u"#B8F2E6"_s));
-    QJsonObject object;
+    ColorTemplate palette = paletteOf(u"Starter"_s, u"Primary:#FFA69E Accent:#B8F2E6"_s);
+    palette.colors[1].isLocked = palette.colors[1].dividerBefore = true;
+    palette.revision = 7;
+    QJsonObject object = remoteRecord(palette, 1700000000123.4567).toJson();
     object.insert(u"id"_s, id);
-    object.insert(u"name"_s, u"Starter"_s);
-    object.insert(u"colors"_s, colors);
-    object.insert(u"createdAt"_s, 1700000000000.5);
-    object.insert(u"createdBy"_s, kDeviceA);
-    object.insert(u"lastModified"_s, 1700000000123.4567);
-    object.insert(u"modifiedBy"_s, kDeviceB);
-    object.insert(u"schemaVersion"_s, 2);
-    object.insert(u"revision"_s, 7);
-    object.insert(u"contentHash"_s, u"0123456789abcdef"_s);
-    object.insert(u"isLocked"_s, false);
-    object.insert(u"deleted"_s, false);
     return object;
 }
 
-inline QByteArray pretty(const QJsonObject& object) {
-    return QJsonDocument(object).toJson(QJsonDocument::Indented);
-}
-
-inline void writeBytes(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate)) << path.toStdString();
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
-
-inline QByteArray readBytes(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline QJsonObject readObject(const QString& path) {
-    return QJsonDocument::fromJson(readBytes(path)).object();
+inline SyncableTemplate deletionRecord(const ColorTemplate& palette, double at) {
+    SyncableTemplate record = remoteRecord(palette, at);
+    std::tie(record.deleted, record.deletedAt, record.deletedBy) = std::tuple(true, at, kDeviceB);
+    return record;
 }
 
 } // namespace hueshelf::testing

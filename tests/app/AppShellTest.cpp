@@ -102,6 +102,8 @@ TEST_F(Shell, BarModelDrawsAndCopiesTheActivePalette) {
         QFile file(settingsPath());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(contents);
+        // Flushed first: a flush at close() would stamp the file with the present again.
+        file.flush();
         file.setFileTime(QDateTime::currentDateTime().addSecs(seconds += 2),
                          QFileDevice::FileModificationTime);
         file.close();

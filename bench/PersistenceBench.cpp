@@ -11,6 +11,7 @@
 // Everything is wall-clock time: the writer works on its own thread and the disk is part of
 // the cost.
 
+#include "BenchFiles.h"
 #include "BenchPalettes.h"
 #include "model/ColorStorage.h"
 #include "model/LoadedTemplates.h"
@@ -99,18 +100,6 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// The plain atomic replacement of a file: the least any save of these bytes must pay.
-bool atomicWrite(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
-}
-
 // A temporary home for one store with its real writer, and a preferences file that another
 // process has also written to (it holds a key of its own that every save must keep).
 class SaveRig {
@@ -154,10 +143,7 @@ public:
     void settle() { QCoreApplication::processEvents(); }
 
     qint64 fileSize() const { return QFileInfo(preferencesPath).size(); }
-    QByteArray fileBytes() const {
-        QFile file(preferencesPath);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray fileBytes() const { return bench::fileBytes(preferencesPath); }
 
     bool fileKeptOtherKey() const {
         const std::optional<QJsonObject> object = PreferencesFile::read(preferencesPath);
@@ -238,7 +224,7 @@ void BM_WholeSave(benchmark::State& state) {
 
         state.PauseTiming();
         const auto floorStart = std::chrono::steady_clock::now();
-        floorFailed |= !atomicWrite(rig.floorPath, floorBytes);
+        floorFailed |= !plainAtomicWrite(rig.floorPath, floorBytes);
         floorSeconds += secondsSince(floorStart);
         state.ResumeTiming();
     }
@@ -259,7 +245,7 @@ void BM_AtomicWriteFloor(benchmark::State& state) {
     const QByteArray bytes = rig.fileBytes();
     bool failed = false;
     for (auto _ : state)
-        failed |= !atomicWrite(rig.floorPath, bytes);
+        failed |= !plainAtomicWrite(rig.floorPath, bytes);
     if (failed)
         state.SkipWithError("the plain atomic write failed");
     state.counters["file_MB"] = double(bytes.size()) / 1e6;

@@ -8,6 +8,7 @@
 //
 // Everything is wall-clock time; the disk is part of the cost.
 
+#include "BenchFiles.h"
 #include "BenchPalettes.h"
 #include "sync/SyncConversion.h"
 #include "sync/SyncFolder.h"
@@ -40,17 +41,6 @@ QList<SyncableTemplate> records(int count) {
     for (const ColorTemplate& palette : maker.palettes(count))
         list.append(syncableFrom(palette, kDeviceId));
     return list;
-}
-
-bool plainAtomicWrite(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
 }
 
 // The least a pull must do: list the folder and read every file whole.

@@ -18,6 +18,7 @@
 //
 // Everything is wall-clock time; the disk is part of the cost.
 
+#include "BenchFiles.h"
 #include "BenchPalettes.h"
 #include "model/ColorStorage.h"
 #include "model/LoadedTemplates.h"
@@ -152,22 +153,6 @@ LoadedTemplates loadedFrom(const QList<ColorTemplate>& templates) {
     loaded.templates = templates;
     loaded.activeTemplateId = templates.constFirst().id;
     return loaded;
-}
-
-QByteArray fileBytes(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool plainAtomicWrite(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
 }
 
 // The least a pull must do: list the folder and read every file whole. With `parse`, every file

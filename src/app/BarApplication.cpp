@@ -52,7 +52,8 @@ int runBar(int& argc, char** argv) {
     // The bar comes and goes; only "Quit HueShelf" ends the program.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    AppDelegate delegate(AppPaths::fromEnvironment(env), createPlatform());
+    AppDelegate delegate(AppPaths::fromEnvironment(env),
+                         createPlatform(AppPaths::fromEnvironment(env)));
     delegate.start();
 
     const QString screenshot = env.value(QStringLiteral("HUESHELF_SCREENSHOT"));

@@ -7,4 +7,34 @@ void FakePlatform::setClipboardText(const QString& text) {
     m_history.append(text);
 }
 
+bool FakePlatform::registerGlobalShortcut(std::function<void()> onActivated) {
+    if (!m_shortcutAvailable)
+        return false;
+    m_shortcut = std::move(onActivated);
+    return true;
+}
+
+void FakePlatform::changeDesktopPreferences(const DesktopPreferences& preferences) {
+    m_preferences = preferences;
+    if (m_preferencesChanged)
+        m_preferencesChanged();
+}
+
+void FakePlatform::pressGlobalShortcut() {
+    if (m_shortcut)
+        m_shortcut();
+}
+
+bool FakePlatform::setLaunchAtLogin(bool enabled) {
+    if (m_launchAtLoginFails)
+        return false;
+    m_launchAtLogin = enabled;
+    return true;
+}
+
+bool FakePlatform::openUrl(const QUrl& url) {
+    m_openedUrls.append(url);
+    return true;
+}
+
 } // namespace hueshelf

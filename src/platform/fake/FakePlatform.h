@@ -2,11 +2,14 @@
 
 #include "platform/Platform.h"
 
+#include <QList>
 #include <QStringList>
+#include <QUrl>
 
 namespace hueshelf {
 
-// Records what the shell asked of the desktop, so rules above it can be tested without one.
+// Records what the shell asked of the desktop, and lets a test play the desktop's part, so
+// rules above it can be tested without one.
 class FakePlatform final : public Platform {
 public:
     QString platformName() const override { return QStringLiteral("linux"); }
@@ -14,14 +17,45 @@ public:
     void setClipboardText(const QString& text) override;
     QString clipboardText() const override { return m_clipboard; }
 
+    DesktopPreferences desktopPreferences() const override { return m_preferences; }
+    void setDesktopPreferencesChangedHandler(std::function<void()> handler) override {
+        m_preferencesChanged = std::move(handler);
+    }
+
+    bool registerGlobalShortcut(std::function<void()> onActivated) override;
+    void unregisterGlobalShortcut() override { m_shortcut = nullptr; }
+    bool hasGlobalShortcut() const override { return m_shortcut != nullptr; }
+
+    bool setLaunchAtLogin(bool enabled) override;
+    bool openUrl(const QUrl& url) override;
+
     void setHostName(const QString& name) { m_hostName = name; }
     // Every text the shell put on the clipboard, oldest first.
     const QStringList& clipboardHistory() const { return m_history; }
+
+    // The desktop changes its look or its motion wish; the shell hears of it as it would.
+    void changeDesktopPreferences(const DesktopPreferences& preferences);
+    // Whether a global shortcut can be had at all on this fake desktop.
+    void setGlobalShortcutAvailable(bool available) { m_shortcutAvailable = available; }
+    // The user presses Control-Shift-B in another application.
+    void pressGlobalShortcut();
+
+    void setLaunchAtLoginFails(bool fails) { m_launchAtLoginFails = fails; }
+    bool isLaunchAtLoginRegistered() const { return m_launchAtLogin; }
+
+    const QList<QUrl>& openedUrls() const { return m_openedUrls; }
 
 private:
     QString m_hostName = QStringLiteral("test-host");
     QString m_clipboard;
     QStringList m_history;
+    DesktopPreferences m_preferences;
+    std::function<void()> m_preferencesChanged;
+    bool m_shortcutAvailable = true;
+    std::function<void()> m_shortcut;
+    bool m_launchAtLoginFails = false;
+    bool m_launchAtLogin = false;
+    QList<QUrl> m_openedUrls;
 };
 
 } // namespace hueshelf

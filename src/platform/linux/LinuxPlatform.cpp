@@ -1,7 +1,9 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QDesktopServices>
+#include <QDir>
 #include <QGuiApplication>
 #include <QSysInfo>
 
@@ -11,7 +13,26 @@ std::unique_ptr<Platform> createPlatform(const AppPaths& paths) {
     return std::make_unique<LinuxPlatform>(paths);
 }
 
-LinuxPlatform::LinuxPlatform(const AppPaths& paths) : m_paths(paths) {}
+namespace {
+// An AppImage runs from a mount that changes with every start; the image itself is what login
+// must start again.
+QString executableToStart() {
+    const QString appImage = qEnvironmentVariable("APPIMAGE");
+    if (!appImage.isEmpty() && QDir::isAbsolutePath(appImage))
+        return appImage;
+    return QCoreApplication::applicationFilePath();
+}
+
+bool isWaylandSession() {
+    return qEnvironmentVariable("XDG_SESSION_TYPE") == u"wayland" ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+} // namespace
+
+// The portal is asked at once but answers later, so construction costs start-up no round trip.
+LinuxPlatform::LinuxPlatform(const AppPaths& paths)
+    : m_paths(paths), m_settingsPortal(std::make_unique<DesktopSettingsPortal>()),
+      m_autostart(QDir::cleanPath(paths.configDir + u"/.."), executableToStart()) {}
 
 QString LinuxPlatform::platformName() const {
     return QStringLiteral("linux");
@@ -31,27 +52,40 @@ QString LinuxPlatform::clipboardText() const {
     return QGuiApplication::clipboard()->text(QClipboard::Clipboard);
 }
 
-// Not yet asked of the desktop: until the portal is read, the program's own defaults hold.
 DesktopPreferences LinuxPlatform::desktopPreferences() const {
-    return {};
+    return m_settingsPortal->preferences();
 }
 
 void LinuxPlatform::setDesktopPreferencesChangedHandler(std::function<void()> handler) {
-    m_preferencesChanged = std::move(handler);
+    m_settingsPortal->setChangedHandler(std::move(handler));
 }
 
-bool LinuxPlatform::registerGlobalShortcut(std::function<void()>) {
-    return false;
+// The portal answers later, possibly after asking the user; hasGlobalShortcut() turns true once
+// it has bound the shortcut.
+bool LinuxPlatform::registerGlobalShortcut(std::function<void()> onActivated) {
+    unregisterGlobalShortcut();
+    if (isWaylandSession()) {
+        if (!m_portalShortcut)
+            m_portalShortcut = std::make_unique<PortalGlobalShortcut>();
+        m_portalShortcut->bind(onActivated);
+    }
+    if (!X11GlobalShortcut::isAvailable())
+        return false;
+    return m_x11Shortcut.registerShortcut(std::move(onActivated));
 }
 
-void LinuxPlatform::unregisterGlobalShortcut() {}
+void LinuxPlatform::unregisterGlobalShortcut() {
+    m_x11Shortcut.unregisterShortcut();
+    if (m_portalShortcut)
+        m_portalShortcut->unbind();
+}
 
 bool LinuxPlatform::hasGlobalShortcut() const {
-    return false;
+    return m_x11Shortcut.isRegistered() || (m_portalShortcut && m_portalShortcut->isBound());
 }
 
-bool LinuxPlatform::setLaunchAtLogin(bool) {
-    return false;
+bool LinuxPlatform::setLaunchAtLogin(bool enabled) {
+    return m_autostart.setEnabled(enabled);
 }
 
 bool LinuxPlatform::openUrl(const QUrl& url) {

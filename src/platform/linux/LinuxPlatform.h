@@ -1,6 +1,12 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/linux/DesktopSettingsPortal.h"
+#include "platform/linux/PortalGlobalShortcut.h"
+#include "platform/linux/X11GlobalShortcut.h"
+#include "platform/linux/XdgAutostart.h"
+
+#include <memory>
 
 namespace hueshelf {
 
@@ -23,7 +29,11 @@ public:
 
 private:
     AppPaths m_paths;
-    std::function<void()> m_preferencesChanged;
+    std::unique_ptr<DesktopSettingsPortal> m_settingsPortal;
+    X11GlobalShortcut m_x11Shortcut;
+    // Only in a Wayland session, where X11 grabs hear keys only while an X11 window has focus.
+    std::unique_ptr<PortalGlobalShortcut> m_portalShortcut;
+    XdgAutostart m_autostart;
 };
 
 } // namespace hueshelf

@@ -1,0 +1,93 @@
+#include "app/BarTooltip.h"
+
+#include "app/BarTooltipController.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QMouseEvent>
+#include <QVariant>
+#include <QWidget>
+
+namespace hueshelf::app {
+
+namespace {
+
+constexpr char kTextProperty[] = "hueshelfBarTooltip";
+
+bool isTrackedButton(const QEvent* event) {
+    const auto button = static_cast<const QMouseEvent*>(event)->button();
+    return button == Qt::LeftButton || button == Qt::RightButton;
+}
+
+} // namespace
+
+BarTooltip::BarTooltip(BarTooltipController& controller, QObject* parent)
+    : QObject(parent), m_controller(controller) {
+    if (QCoreApplication* application = QCoreApplication::instance())
+        application->installEventFilter(this);
+}
+
+BarTooltip::~BarTooltip() {
+    disconnect(m_hoveredGone);
+    if (QCoreApplication* application = QCoreApplication::instance())
+        application->removeEventFilter(this);
+}
+
+void BarTooltip::attach(QWidget* widget, const QString& text) {
+    if (!widget)
+        return;
+    widget->setProperty(kTextProperty, text.isEmpty() ? QVariant() : QVariant(text));
+    widget->setAccessibleName(text);
+}
+
+QString BarTooltip::textOf(const QWidget* widget) {
+    return widget ? widget->property(kTextProperty).toString() : QString();
+}
+
+bool BarTooltip::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        if (isTrackedButton(event))
+            m_controller.mouseDown();
+        break;
+    case QEvent::MouseButtonRelease:
+        if (isTrackedButton(event))
+            m_controller.mouseUp();
+        break;
+    case QEvent::Enter:
+        if (watched->isWidgetType()) {
+            auto* widget = static_cast<QWidget*>(watched);
+            const QString text = textOf(widget);
+            if (!text.isEmpty())
+                hoverStarted(widget, text);
+        }
+        break;
+    case QEvent::Leave:
+    case QEvent::Hide:
+        if (watched == m_hovered)
+            hoverEnded();
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+void BarTooltip::hoverStarted(QWidget* widget, const QString& text) {
+    disconnect(m_hoveredGone);
+    m_hovered = widget;
+    m_hoveredGone = connect(widget, &QObject::destroyed, this, [this](QObject* gone) {
+        if (gone == m_hovered)
+            hoverEnded();
+    });
+    m_controller.show(text);
+}
+
+void BarTooltip::hoverEnded() {
+    disconnect(m_hoveredGone);
+    m_hovered = nullptr;
+    m_controller.hide();
+}
+
+} // namespace hueshelf::app

@@ -1,14 +1,16 @@
 #include "app/FloatingWindow.h"
 
 #include "app/BarModel.h"
+#include "app/BarPositionStore.h"
 #include "app/CompactColorSwatch.h"
 #include "app/MenuFiller.h"
+#include "app/WindowDragView.h"
 
 #include <QContextMenuEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMenu>
-#include <QMouseEvent>
+#include <QMoveEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -41,8 +43,11 @@ FloatingWindow::FloatingWindow(BarModel& model, QWidget* parent)
 
     auto* row = new QHBoxLayout(this);
     row->setSizeConstraint(QLayout::SetFixedSize);
-    row->setContentsMargins(12, 8, 10, 8);
+    row->setContentsMargins(4, 8, 10, 8);
     row->setSpacing(10);
+
+    m_dragView = new WindowDragView(this);
+    row->addWidget(m_dragView);
 
     m_nameLabel = new QLabel(this);
     QFont font = m_nameLabel->font();
@@ -106,29 +111,25 @@ void FloatingWindow::resizeEvent(QResizeEvent* event) {
     setMask(QRegion(chromePath(QRectF(rect())).toFillPolygon().toPolygon()));
 }
 
-void FloatingWindow::mousePressEvent(QMouseEvent* event) {
-    // Swatches take their own presses, so what arrives here is on the empty chrome.
-    if (event->button() == Qt::LeftButton) {
-        m_dragOffset = event->globalPosition().toPoint() - frameGeometry().topLeft();
-        event->accept();
-        return;
-    }
-    QWidget::mousePressEvent(event);
+void FloatingWindow::setPositionStore(BarPositionStore* store) {
+    m_positionStore = store;
+    m_dragView->setPositionStore(store);
 }
 
-void FloatingWindow::mouseMoveEvent(QMouseEvent* event) {
-    if (m_dragOffset && (event->buttons() & Qt::LeftButton)) {
-        move(event->globalPosition().toPoint() - *m_dragOffset);
-        event->accept();
+void FloatingWindow::moveEvent(QMoveEvent* event) {
+    QWidget::moveEvent(event);
+    // A move held back while the window was hidden arrives at show with both positions equal:
+    // that is the launch's placing, not a move.
+    if (!m_positionStore || event->pos() == event->oldPos())
         return;
-    }
-    QWidget::mouseMoveEvent(event);
-}
-
-void FloatingWindow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton)
-        m_dragOffset.reset();
-    QWidget::mouseReleaseEvent(event);
+    // Stored on a later turn of the loop, where the window's place has settled.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_positionStore)
+                m_positionStore->save(pos());
+        },
+        Qt::QueuedConnection);
 }
 
 void FloatingWindow::contextMenuEvent(QContextMenuEvent* event) {

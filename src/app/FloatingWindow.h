@@ -3,11 +3,9 @@
 #include "app/MenuEntry.h"
 
 #include <QList>
-#include <QPoint>
 #include <QWidget>
 
 #include <functional>
-#include <optional>
 
 class QHBoxLayout;
 class QLabel;
@@ -15,10 +13,12 @@ class QLabel;
 namespace hueshelf::app {
 
 class BarModel;
+class BarPositionStore;
 class CompactColorSwatch;
+class WindowDragView;
 
 // The bar: a frameless window over all others that never takes the focus, as wide as its
-// content. It draws the model and forwards clicks to it; its empty area drags it.
+// content. It draws the model and forwards clicks to it; only the grip at its left end moves it.
 class FloatingWindow final : public QWidget {
     Q_OBJECT
 public:
@@ -29,27 +29,30 @@ public:
     // Where no tray icon can carry the status menu, a right click on the bar opens it instead.
     void setMenuProvider(MenuProvider provider) { m_menuProvider = std::move(provider); }
 
+    // Every later move of the window, and the end of each drag, is remembered there. Set once
+    // the launch has placed the bar, so that the launch's own placing isn't stored.
+    void setPositionStore(BarPositionStore* store);
+
+    WindowDragView* dragView() const { return m_dragView; }
     QList<CompactColorSwatch*> swatchWidgets() const { return m_swatches; }
     QString shownPaletteName() const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void rebuild();
 
     BarModel& m_model;
+    WindowDragView* m_dragView = nullptr;
+    BarPositionStore* m_positionStore = nullptr;
     QLabel* m_nameLabel = nullptr;
     QHBoxLayout* m_swatchRow = nullptr;
     QList<CompactColorSwatch*> m_swatches;
     MenuProvider m_menuProvider;
-    // Pointer position relative to the window's corner while it is dragged.
-    std::optional<QPoint> m_dragOffset;
 };
 
 } // namespace hueshelf::app

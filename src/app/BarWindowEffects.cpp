@@ -1,0 +1,96 @@
+#include "app/BarWindowEffects.h"
+
+#include "app/HiddenToastWindow.h"
+#include "app/ShrinkAnimation.h"
+
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QPointer>
+#include <QScreen>
+#include <QWidget>
+
+#include <memory>
+
+namespace hueshelf::app {
+
+namespace {
+
+// What the effects share between the grab and the animation that uses it.
+struct SharedState {
+    QPixmap snapshot;
+    QPointer<HiddenToastWindow> toast;
+};
+
+} // namespace
+
+BarVisibilityController::Effects barWindowEffects(QWidget& bar) {
+    auto state = std::make_shared<SharedState>();
+    QPointer<QWidget> window(&bar);
+    BarVisibilityController::Effects effects;
+    effects.isBarVisible = [window] { return window && window->isVisible(); };
+    effects.orderFront = [window] {
+        if (!window)
+            return;
+        window->show();
+        window->raise();
+    };
+    effects.orderOut = [window] {
+        if (window)
+            window->hide();
+    };
+    effects.screenGeometries = [] {
+        QList<QRect> geometries;
+        const QList<QScreen*> screens = QGuiApplication::screens();
+        for (const QScreen* screen : screens)
+            geometries.append(screen->geometry());
+        return geometries;
+    };
+    effects.takeSnapshot = [window, state] {
+        state->snapshot = window ? window->grab() : QPixmap();
+        return !state->snapshot.isNull();
+    };
+    effects.animateGrow = [window, state](QRect icon, std::function<void()> finished) {
+        if (!window)
+            return;
+        window->setWindowOpacity(0.0);
+        auto* helper = new ShrinkAnimation(state->snapshot);
+        state->snapshot = QPixmap();
+        const QRect frame = window->frameGeometry();
+        helper->run(ShrinkAnimation::frameAtIcon(frame.size(), icon), frame, 0.0, 1.0,
+                    [window, finished = std::move(finished)] {
+                        if (window)
+                            window->setWindowOpacity(1.0);
+                        if (finished)
+                            finished();
+                    });
+    };
+    effects.animateShrink = [window, state](QRect icon, std::function<void()> finished) {
+        if (!window)
+            return;
+        auto* helper = new ShrinkAnimation(state->snapshot);
+        state->snapshot = QPixmap();
+        const QRect frame = window->frameGeometry();
+        helper->run(frame, ShrinkAnimation::frameAtIcon(frame.size(), icon), 1.0, 0.0,
+                    std::move(finished));
+    };
+    effects.showHiddenToast = [state] {
+        // One at a time: a second hide replaces the first toast.
+        if (state->toast)
+            state->toast->close();
+        state->toast = new HiddenToastWindow();
+        state->toast->present();
+    };
+    return effects;
+}
+
+BarPosition::Screens desktopScreens() {
+    BarPosition::Screens screens;
+    if (const QScreen* main = QGuiApplication::primaryScreen())
+        screens.mainFrame = main->availableGeometry();
+    const QList<QScreen*> all = QGuiApplication::screens();
+    for (const QScreen* screen : all)
+        screens.frames.append(screen->availableGeometry());
+    return screens;
+}
+
+} // namespace hueshelf::app

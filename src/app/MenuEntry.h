@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QKeySequence>
 #include <QList>
 #include <QString>
 
@@ -18,8 +19,36 @@ struct MenuEntry {
     bool isChecked = false;
     std::function<void()> onTrigger;
     QList<MenuEntry> children;
+    // Shown beside the title; the key works while the menu is open.
+    QKeySequence shortcut;
 
-    static MenuEntry separator() { return MenuEntry{Kind::separator, {}, false, false, {}, {}}; }
+    static MenuEntry separator() {
+        MenuEntry entry;
+        entry.kind = Kind::separator;
+        return entry;
+    }
+    static MenuEntry action(const QString& title, std::function<void()> onTrigger,
+                            const QKeySequence& shortcut = {}) {
+        MenuEntry entry;
+        entry.title = title;
+        entry.onTrigger = std::move(onTrigger);
+        entry.shortcut = shortcut;
+        return entry;
+    }
+    static MenuEntry checkable(const QString& title, bool isChecked,
+                               std::function<void()> onTrigger) {
+        MenuEntry entry = action(title, std::move(onTrigger));
+        entry.isCheckable = true;
+        entry.isChecked = isChecked;
+        return entry;
+    }
+    static MenuEntry submenu(const QString& title, QList<MenuEntry> children) {
+        MenuEntry entry;
+        entry.kind = Kind::submenu;
+        entry.title = title;
+        entry.children = std::move(children);
+        return entry;
+    }
 };
 
 } // namespace hueshelf::app

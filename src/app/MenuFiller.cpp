@@ -36,6 +36,7 @@ void fillMenu(QMenu& menu, const QList<MenuEntry>& entries) {
             QAction* action = menu.addAction(menuText(entry.title));
             action->setCheckable(entry.isCheckable);
             action->setChecked(entry.isChecked);
+            action->setShortcut(entry.shortcut);
             if (entry.onTrigger)
                 QObject::connect(action, &QAction::triggered, action,
                                  [trigger = entry.onTrigger] { trigger(); });

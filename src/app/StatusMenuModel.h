@@ -3,17 +3,24 @@
 #include "app/MenuEntry.h"
 
 #include <QList>
+#include <QUrl>
 
 #include <functional>
 
+class QSettings;
+
 namespace hueshelf {
 class ColorStorage;
-}
+class Platform;
+} // namespace hueshelf
 
 namespace hueshelf::app {
 
-// The status menu, built afresh on every opening so that its check marks and its list of
-// palettes are never stale.
+class AppearanceController;
+
+// The status menu, built afresh on every opening so that its check marks, its list of palettes
+// and the shortcut item are never stale. The settings it shows are read and written here; what
+// opens a window or moves the bar is left to the owner through the actions.
 class StatusMenuModel {
 public:
     struct Actions {
@@ -21,17 +28,37 @@ public:
         // Absent where nothing could bring a hidden bar back (no tray icon): then the menu
         // offers no way to hide it.
         std::function<void()> toggleBar;
+        std::function<void()> openAIToolsWindow;
+        // Shows the alert that explains the missing global shortcut.
+        std::function<void()> openShortcutPermission;
+        std::function<void()> openSyncSettings;
+        std::function<void()> resetBarPosition;
+        std::function<void()> openAboutWindow;
+        std::function<void()> openWhatsNewWindow;
         std::function<void()> quit;
     };
 
-    StatusMenuModel(ColorStorage& storage, Actions actions);
+    StatusMenuModel(ColorStorage& storage, QSettings& settings, Platform& platform,
+                    AppearanceController& appearance, Actions actions);
 
     QList<MenuEntry> build() const;
 
+    // Where "Check for Updates…" leads: packages are updated by the system's package manager,
+    // so the program only shows where new versions are published.
+    static QUrl downloadPageUrl();
+
 private:
     MenuEntry palettesSubmenu() const;
+    MenuEntry settingsSubmenu() const;
+    MenuEntry appearanceSubmenu() const;
+    MenuEntry copyFormatSubmenu() const;
+    void toggleLaunchAtLogin() const;
+    void toggleStartHidden() const;
 
     ColorStorage& m_storage;
+    QSettings& m_settings;
+    Platform& m_platform;
+    AppearanceController& m_appearance;
     Actions m_actions;
 };
 

@@ -3,8 +3,6 @@
 // memory the process holds once it has settled. Used by scripts/bench-startup to set HueShelf
 // beside other colour tools; it knows nothing of any of them.
 
-#include <xcb/xcb.h>
-
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
+#include <xcb/xcb.h>
 
 namespace {
 

@@ -2,41 +2,20 @@
 
 #include "app/AppDelegate.h"
 #include "app/ApplicationIcon.h"
-#include "app/FloatingWindow.h"
 #include "app/LaunchArguments.h"
 #include "app/SingleInstance.h"
 #include "platform/DisplayEnvironment.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QImage>
 #include <QProcessEnvironment>
-#include <QScreen>
 #include <QTextStream>
-#include <QTimer>
 
 #include <cstdio>
 
 namespace hueshelf::app {
 
 namespace {
-
-// HUESHELF_SCREENSHOT=path saves what the X server shows around the bar once it is up: a way
-// to look at the real bar on a headless server.
-void scheduleScreenshot(FloatingWindow& window, const QString& path) {
-    QTimer::singleShot(700, &window, [&window, path] {
-        QScreen* screen = window.screen();
-        if (!screen)
-            return;
-        const QRect area = window.frameGeometry().adjusted(-16, -16, 16, 16);
-        const QImage shot =
-            screen->grabWindow(0, area.x(), area.y(), area.width(), area.height()).toImage();
-        // The root window has no alpha; keep whatever the server reports out of the file.
-        if (!shot.convertToFormat(QImage::Format_RGB32).save(path))
-            std::fprintf(stderr, "hueshelf: could not save the screenshot to %s\n",
-                         path.toLocal8Bit().constData());
-    });
-}
 
 QStringList commandLineArguments(int argc, char** argv) {
     QStringList arguments;
@@ -104,10 +83,6 @@ int runBar(int& argc, char** argv) {
                      });
     delegate.start();
     delegate.openArguments(arguments.handOver());
-
-    const QString screenshot = env.value(QStringLiteral("HUESHELF_SCREENSHOT"));
-    if (!screenshot.isEmpty())
-        scheduleScreenshot(delegate.window(), screenshot);
     return QApplication::exec();
 }
 

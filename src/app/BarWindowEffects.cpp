@@ -27,16 +27,21 @@ BarVisibilityController::Effects barWindowEffects(QWidget& bar) {
     auto state = std::make_shared<SharedState>();
     QPointer<QWidget> window(&bar);
     BarVisibilityController::Effects effects;
-    effects.isBarVisible = [window] { return window && window->isVisible(); };
+    // Each effect takes the pointer out of its guard once: an optimiser that can't see through
+    // the guard would otherwise suspect a null behind every use.
+    effects.isBarVisible = [window] {
+        const QWidget* w = window.data();
+        return w && w->isVisible();
+    };
     effects.orderFront = [window] {
-        if (!window)
-            return;
-        window->show();
-        window->raise();
+        if (QWidget* w = window.data()) {
+            w->show();
+            w->raise();
+        }
     };
     effects.orderOut = [window] {
-        if (window)
-            window->hide();
+        if (QWidget* w = window.data())
+            w->hide();
     };
     effects.screenGeometries = [] {
         QList<QRect> geometries;
@@ -46,30 +51,33 @@ BarVisibilityController::Effects barWindowEffects(QWidget& bar) {
         return geometries;
     };
     effects.takeSnapshot = [window, state] {
-        state->snapshot = window ? window->grab() : QPixmap();
+        QWidget* w = window.data();
+        state->snapshot = w ? w->grab() : QPixmap();
         return !state->snapshot.isNull();
     };
     effects.animateGrow = [window, state](QRect icon, std::function<void()> finished) {
-        if (!window)
+        QWidget* w = window.data();
+        if (!w)
             return;
-        window->setWindowOpacity(0.0);
+        w->setWindowOpacity(0.0);
         auto* helper = new ShrinkAnimation(state->snapshot);
         state->snapshot = QPixmap();
-        const QRect frame = window->frameGeometry();
+        const QRect frame = w->frameGeometry();
         helper->run(ShrinkAnimation::frameAtIcon(frame.size(), icon), frame, 0.0, 1.0,
                     [window, finished = std::move(finished)] {
-                        if (window)
-                            window->setWindowOpacity(1.0);
+                        if (QWidget* shown = window.data())
+                            shown->setWindowOpacity(1.0);
                         if (finished)
                             finished();
                     });
     };
     effects.animateShrink = [window, state](QRect icon, std::function<void()> finished) {
-        if (!window)
+        const QWidget* w = window.data();
+        if (!w)
             return;
         auto* helper = new ShrinkAnimation(state->snapshot);
         state->snapshot = QPixmap();
-        const QRect frame = window->frameGeometry();
+        const QRect frame = w->frameGeometry();
         helper->run(frame, ShrinkAnimation::frameAtIcon(frame.size(), icon), 1.0, 0.0,
                     std::move(finished));
     };

@@ -1,5 +1,7 @@
 #include "app/CompactColorSwatch.h"
 
+#include "app/BarTooltip.h"
+
 #include <QPainter>
 
 namespace hueshelf::app {
@@ -14,7 +16,8 @@ CompactColorSwatch::CompactColorSwatch(const BarSwatch& swatch, QWidget* parent)
     // The bar never takes the keyboard from the application in use.
     setFocusPolicy(Qt::NoFocus);
     setCursor(Qt::PointingHandCursor);
-    setToolTip(m_swatch.name);
+    BarTooltip::attach(this, m_swatch.name);
+    // After the tooltip, which names the widget by its text alone.
     setAccessibleName(m_swatch.name + u", " + m_swatch.hex);
     setAttribute(Qt::WA_Hover);
 }

@@ -2,6 +2,7 @@
 
 #include "app/BarModel.h"
 #include "app/BarPositionStore.h"
+#include "app/BarTooltip.h"
 #include "app/CompactColorSwatch.h"
 #include "app/MenuFiller.h"
 #include "app/WindowDragView.h"
@@ -36,8 +37,6 @@ FloatingWindow::FloatingWindow(BarModel& model, QWidget* parent)
                           Qt::WindowDoesNotAcceptFocus),
       m_model(model) {
     setAttribute(Qt::WA_ShowWithoutActivating);
-    // The bar is never the active window, and Qt keeps tooltips to active ones unless told.
-    setAttribute(Qt::WA_AlwaysShowToolTips);
     setFocusPolicy(Qt::NoFocus);
     setWindowTitle(QStringLiteral("HueShelf"));
 
@@ -73,7 +72,7 @@ void FloatingWindow::rebuild() {
     const QString shown =
         m_nameLabel->fontMetrics().elidedText(name, Qt::ElideRight, kNameMaxWidth);
     m_nameLabel->setText(shown);
-    m_nameLabel->setToolTip(shown == name ? QString() : name);
+    BarTooltip::attach(m_nameLabel, shown == name ? QString() : name);
 
     // A click may be on its way through an old swatch, so old ones go once it has passed.
     for (CompactColorSwatch* old : std::as_const(m_swatches)) {

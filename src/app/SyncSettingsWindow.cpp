@@ -298,28 +298,30 @@ void SyncSettingsWindow::syncAlerts() {
                                 const SettingsAlert& alert, std::function<void()> onConfirm,
                                 std::function<void()> onCancel) {
         if (!showing) {
-            if (box) {
-                box->hide();
-                box->deleteLater();
+            if (QMessageBox* old = box.data()) {
+                old->hide();
+                old->deleteLater();
             }
             box = nullptr;
             return;
         }
         if (box)
             return;
-        box = new QMessageBox(QMessageBox::NoIcon, alert.title, alert.message,
-                              QMessageBox::NoButton, this);
-        QPushButton* confirm = box->addButton(alert.confirmButton, QMessageBox::AcceptRole);
-        QPushButton* cancel = box->addButton(alert.cancelButton, QMessageBox::RejectRole);
-        box->setEscapeButton(cancel);
-        connect(box.data(), &QMessageBox::buttonClicked, this,
+        // Worked on through a plain pointer: the guard is for later turns of the loop.
+        auto* made = new QMessageBox(QMessageBox::NoIcon, alert.title, alert.message,
+                                     QMessageBox::NoButton, this);
+        box = made;
+        QPushButton* confirm = made->addButton(alert.confirmButton, QMessageBox::AcceptRole);
+        QPushButton* cancel = made->addButton(alert.cancelButton, QMessageBox::RejectRole);
+        made->setEscapeButton(cancel);
+        connect(made, &QMessageBox::buttonClicked, this,
                 [confirm, onConfirm, onCancel](QAbstractButton* clicked) {
                     if (clicked == confirm)
                         onConfirm();
                     else
                         onCancel();
                 });
-        box->open();
+        made->open();
     };
     present(
         m_disableAlert, m_model.showingDisableAlert(), m_model.disableAlert(),

@@ -133,8 +133,8 @@ void AppDelegate::createBarVisibility(Scheduler& scheduler) {
         return m_trayIcon->geometry();
     };
     effects.afterShow = [this] {
-        if (m_hooks.afterFirstShow && m_firstBarShown)
-            m_hooks.afterFirstShow();
+        if (m_hooks.afterShow && m_firstBarShown)
+            m_hooks.afterShow();
     };
     m_visibility = std::make_unique<BarVisibilityController>(std::move(effects), scheduler);
 }
@@ -255,8 +255,8 @@ void AppDelegate::showFirstBar() {
         m_fadeIn->setStartValue(0.0);
         m_fadeIn->setEndValue(1.0);
         connect(m_fadeIn, &QPropertyAnimation::finished, this, [this] {
-            if (m_hooks.afterFirstShow)
-                m_hooks.afterFirstShow();
+            if (m_hooks.afterShow)
+                m_hooks.afterShow();
         });
         m_fadeIn->start(QAbstractAnimation::DeleteWhenStopped);
     }

@@ -68,8 +68,9 @@ public:
         std::function<void(const QString& link)> openPaletteLink;
         // "Couldn't open that file" and the like; a plain message box when unset.
         std::function<void(const LinkAlert& alert)> showAlert;
-        // Runs when the first bar has faded in (not when it starts hidden).
-        std::function<void()> afterFirstShow;
+        // The welcome and What's New decision: after the first bar has faded in (not when it
+        // starts hidden), and after every later show.
+        std::function<void()> afterShow;
     };
 
     static constexpr int firstShowFadeMs = 150;

@@ -1,4 +1,4 @@
-// Focus rings follow the keyboard: Tab turns them on, a mouse press off, other keys change
+// Focus rings follow the keyboard: Tab turns them on, a mouse press off, other input changes
 // nothing.
 
 #include "app/KeyboardModality.h"
@@ -14,45 +14,16 @@
 namespace hueshelf::app {
 namespace {
 
-enum class Input { tab, shiftTab, letter, escape, press, doubleClick, move, release };
-
-void send(QWidget& target, Input input) {
+void send(QWidget& target, QEvent::Type type, int key = 0) {
+    if (type == QEvent::KeyPress) {
+        QKeyEvent event(type, key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+        QCoreApplication::sendEvent(&target, &event);
+        return;
+    }
     const QPointF at(5, 5);
-    switch (input) {
-    case Input::tab:
-    case Input::shiftTab:
-    case Input::letter:
-    case Input::escape: {
-        const int key = input == Input::tab        ? Qt::Key_Tab
-                        : input == Input::shiftTab ? Qt::Key_Backtab
-                        : input == Input::letter   ? Qt::Key_A
-                                                   : Qt::Key_Escape;
-        QKeyEvent event(QEvent::KeyPress, key,
-                        input == Input::shiftTab ? Qt::ShiftModifier : Qt::NoModifier);
-        QCoreApplication::sendEvent(&target, &event);
-        return;
-    }
-    case Input::press:
-    case Input::doubleClick:
-    case Input::move:
-    case Input::release: {
-        const QEvent::Type type = input == Input::press         ? QEvent::MouseButtonPress
-                                  : input == Input::doubleClick ? QEvent::MouseButtonDblClick
-                                  : input == Input::move        ? QEvent::MouseMove
-                                                                : QEvent::MouseButtonRelease;
-        QMouseEvent event(type, at, at, Qt::LeftButton,
-                          type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
-                          Qt::NoModifier);
-        QCoreApplication::sendEvent(&target, &event);
-        return;
-    }
-    }
+    QMouseEvent event(type, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&target, &event);
 }
-
-struct Step {
-    Input input;
-    bool isTabbingAfter;
-};
 
 TEST(KeyboardModality, TheFlagFollowsTheLastKindOfInput) {
     testing::ensureApplication();
@@ -63,20 +34,25 @@ TEST(KeyboardModality, TheFlagFollowsTheLastKindOfInput) {
     QObject::connect(&modality, &KeyboardModality::isTabbingChanged, [&] { ++changes; });
     QWidget target;
 
-    const std::vector<Step> steps{
-        {Input::letter, false},      {Input::press, false}, {Input::tab, true},
-        {Input::letter, true},       {Input::escape, true}, {Input::move, true},
-        {Input::release, true},      {Input::press, false}, {Input::shiftTab, true},
-        {Input::doubleClick, false}, {Input::tab, true},    {Input::tab, true},
+    const struct {
+        QEvent::Type type;
+        int key;
+        bool isTabbingAfter;
+    } steps[] = {
+        {QEvent::KeyPress, Qt::Key_A, false},      {QEvent::KeyPress, Qt::Key_Tab, true},
+        {QEvent::KeyPress, Qt::Key_Escape, true},  {QEvent::MouseMove, 0, true},
+        {QEvent::MouseButtonRelease, 0, true},     {QEvent::MouseButtonPress, 0, false},
+        {QEvent::KeyPress, Qt::Key_Backtab, true}, {QEvent::MouseButtonDblClick, 0, false},
+        {QEvent::KeyPress, Qt::Key_Tab, true},     {QEvent::KeyPress, Qt::Key_Tab, true},
     };
-    for (std::size_t i = 0; i < steps.size(); ++i) {
-        send(target, steps[i].input);
-        EXPECT_EQ(modality.isTabbing(), steps[i].isTabbingAfter) << "step " << i;
+    for (const auto& step : steps) {
+        send(target, step.type, step.key);
+        EXPECT_EQ(modality.isTabbing(), step.isTabbingAfter) << &step - steps;
     }
     EXPECT_EQ(changes, 5) << "only real changes are announced";
 
     modality.stopMonitoring();
-    send(target, Input::press);
+    send(target, QEvent::MouseButtonPress);
     EXPECT_TRUE(modality.isTabbing()) << "no longer listening";
 }
 

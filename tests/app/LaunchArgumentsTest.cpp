@@ -12,64 +12,38 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-enum class Kind { link, file, ignored };
-
-struct Row {
-    QString argument;
-    Kind kind;
-    QString expected; // the link or path as handed on; empty for ignored
-};
-
-TEST(LaunchArguments, EachArgumentFindsItsPlace) {
-    const QString web = PaletteLink::linkPrefix(); // https://<host>/p/#1;
+TEST(LaunchArguments, EachArgumentFindsItsPlaceInOrder) {
     const QString host = PaletteLink::linkHost();
-    const QList<Row> rows{
-        {u"hueshelf://import#1;Sea;Blue:0000FF"_s, Kind::link,
-         u"hueshelf://import#1;Sea;Blue:0000FF"_s},
-        {u"HUESHELF://IMPORT#1;Sea;Blue:0000FF"_s, Kind::link,
-         u"HUESHELF://IMPORT#1;Sea;Blue:0000FF"_s},
+    const QString ownLink = u"hueshelf://import#1;Sea;Blue:0000FF"_s;
+    const QStringList arguments{
+        u"Palettes/Sea.hueshelf"_s,
+        ownLink,
+        u"HUESHELF://IMPORT#1;A;B:000000"_s,
         // A broken payload is still a link: the preview's alert is for it to say so.
-        {u"hueshelf://import#garbage"_s, Kind::link, u"hueshelf://import#garbage"_s},
-        {web + u"Sea;Blue:0000FF"_s, Kind::link, u"hueshelf://import#1;Sea;Blue:0000FF"_s},
-        {u"https://"_s + host.toUpper() + u"/p/#1;A;B:000000"_s, Kind::link,
-         u"hueshelf://import#1;A;B:000000"_s},
-        {u"https://"_s + host + u"/p/"_s, Kind::link, u"hueshelf://import"_s},
-        {u"https://"_s + host + u"/about#1;A;B:000000"_s, Kind::ignored, {}},
-        {u"https://example.org/p/#1;A;B:000000"_s, Kind::ignored, {}},
-        {u"hueshelf://export#1;A;B:000000"_s, Kind::ignored, {}},
-        {u"/home/ann/Sea.hueshelf"_s, Kind::file, u"/home/ann/Sea.hueshelf"_s},
-        {u"/home/ann/SEA.HUESHELF"_s, Kind::file, u"/home/ann/SEA.HUESHELF"_s},
-        {u"Palettes/Sea.hueshelf"_s, Kind::file, u"/work/dir/Palettes/Sea.hueshelf"_s},
-        {u"../up/./Sea.hueshelf"_s, Kind::file, u"/work/up/Sea.hueshelf"_s},
-        {u"file:///home/ann/My%20Sea.hueshelf"_s, Kind::file, u"/home/ann/My Sea.hueshelf"_s},
-        {u"/home/ann/picture.png"_s, Kind::ignored, {}},
-        {u"/home/ann/Sea.hueshelf.json"_s, Kind::ignored, {}},
-        {u"/home/ann/.hueshelf"_s, Kind::file, u"/home/ann/.hueshelf"_s},
-        {u"mailto:ann@example.org"_s, Kind::ignored, {}},
-        {u"--verbose"_s, Kind::ignored, {}},
-        {QString(), Kind::ignored, {}},
+        u"hueshelf://import#garbage"_s,
+        PaletteLink::linkPrefix() + u"Sea;Blue:0000FF"_s,
+        u"https://"_s + host.toUpper() + u"/p/"_s,
+        u"https://"_s + host + u"/about#1;A;B:000000"_s,
+        u"https://example.org/p/#1;A;B:000000"_s,
+        u"hueshelf://export#1;A;B:000000"_s,
+        u"/home/ann/SEA.HUESHELF"_s,
+        u"../up/./Sea.hueshelf"_s,
+        u"file:///home/ann/My%20Sea.hueshelf"_s,
+        u"/home/ann/Sea.hueshelf.json"_s,
+        u"mailto:ann@example.org"_s,
+        u"--verbose"_s,
+        QString(),
     };
-    for (const Row& row : rows) {
-        const LaunchArguments sorted = LaunchArguments::classify({row.argument}, u"/work/dir"_s);
-        const QStringList expectedLinks =
-            row.kind == Kind::link ? QStringList{row.expected} : QStringList();
-        const QStringList expectedFiles =
-            row.kind == Kind::file ? QStringList{row.expected} : QStringList();
-        const QStringList expectedIgnored =
-            row.kind == Kind::ignored ? QStringList{row.argument} : QStringList();
-        EXPECT_EQ(sorted.links, expectedLinks) << row.argument.toStdString();
-        EXPECT_EQ(sorted.files, expectedFiles) << row.argument.toStdString();
-        EXPECT_EQ(sorted.ignored, expectedIgnored) << row.argument.toStdString();
-    }
-}
+    const LaunchArguments sorted = LaunchArguments::classify(arguments, u"/work/dir"_s);
+    EXPECT_EQ(sorted.links,
+              (QStringList{ownLink, u"HUESHELF://IMPORT#1;A;B:000000"_s,
+                           u"hueshelf://import#garbage"_s, ownLink, u"hueshelf://import"_s}));
+    const QStringList files{u"/work/dir/Palettes/Sea.hueshelf"_s, u"/home/ann/SEA.HUESHELF"_s,
+                            u"/work/up/Sea.hueshelf"_s, u"/home/ann/My Sea.hueshelf"_s};
+    EXPECT_EQ(sorted.files, files);
+    EXPECT_EQ(sorted.ignored, arguments.mid(6, 3) + arguments.mid(12));
+    EXPECT_EQ(sorted.handOver(), sorted.links + files);
 
-TEST(LaunchArguments, OrderIsKeptAndHandOverHoldsOnlyWhatCanBeOpened) {
-    const LaunchArguments sorted = LaunchArguments::classify(
-        {u"b.hueshelf"_s, u"junk"_s, u"hueshelf://import#1;X;Y:000000"_s, u"/a.hueshelf"_s},
-        u"/d"_s);
-    EXPECT_EQ(sorted.files, (QStringList{u"/d/b.hueshelf"_s, u"/a.hueshelf"_s}));
-    EXPECT_EQ(sorted.handOver(), (QStringList{u"hueshelf://import#1;X;Y:000000"_s,
-                                              u"/d/b.hueshelf"_s, u"/a.hueshelf"_s}));
     EXPECT_EQ(LaunchArguments::ignoredMessage(u"junk"_s),
               u"hueshelf: ignoring \"junk\": not a palette link or a .hueshelf file"_s);
     EXPECT_TRUE(LaunchArguments::classify({u"junk"_s}, u"/d"_s).isEmpty());

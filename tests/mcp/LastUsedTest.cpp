@@ -2,6 +2,8 @@
 #include "aitools/AIToolConnector.h"
 #include "mcp/McpOptions.h"
 
+#include <map>
+
 namespace hueshelf::testing {
 namespace {
 
@@ -30,10 +32,15 @@ TEST_F(LastUsed, eachToolCallNotesTheTimeUnderTheClientsId) {
     writeFile(R"({"zed": 1763199000000, "codex": 1.5e12, "cursor": 1})");
     clock.advanceMs(90'000.75);
     success(u"list_palettes"_s);
-    EXPECT_EQ(AIToolConnector::readLastUsedFile(lastUsedPath()),
-              (QHash<QString, double>{{u"zed"_s, 1763199000000.0},
-                                      {u"codex"_s, 1.5e12},
-                                      {u"cursor"_s, 1763210090000.0}}));
+    // Compared as an ordered map: GCC's optimiser misreads QHash's own comparison.
+    std::map<QString, double> read;
+    for (const auto& [tool, stamp] : AIToolConnector::readLastUsedFile(lastUsedPath())
+                                         .value_or(QHash<QString, double>())
+                                         .asKeyValueRange())
+        read[tool] = stamp;
+    EXPECT_EQ(read, (std::map<QString, double>{{u"zed"_s, 1763199000000.0},
+                                               {u"codex"_s, 1.5e12},
+                                               {u"cursor"_s, 1763210090000.0}}));
     EXPECT_TRUE(fileBytes(lastUsedPath()).contains("\"codex\":1500000000000"));
     for (const QByteArray bytes : {"not json", "[1]", R"({"zed": "yesterday", "vscode": 1})"}) {
         writeFile(bytes);

@@ -21,23 +21,23 @@ const QString appearance = u"org.freedesktop.appearance"_s;
 const QString gnome = u"org.gnome.desktop.interface"_s;
 const QString kde = u"org.kde.kdeglobals.KDE"_s;
 
-struct SettingCase {
-    const char* description;
-    QString settingsNamespace;
-    QString key;
-    QVariant value;
-    bool changed;
-    DesktopPreferences expected;
-};
-
 TEST(DesktopSettings, DecodesEachWatchedSettingAndIgnoresEverythingElse) {
     const DesktopPreferences none{};
     const DesktopPreferences dark{ColorScheme::dark, false};
     const DesktopPreferences light{ColorScheme::light, false};
     const DesktopPreferences calm{ColorScheme::noPreference, true};
-    const SettingCase cases[] = {
+    const struct {
+        const char* description;
+        QString settingsNamespace;
+        QString key;
+        QVariant value;
+        bool changed;
+        DesktopPreferences expected;
+    } cases[] = {
         {"dark from Read", appearance, u"color-scheme"_s, twoLayers(1u), true, dark},
         {"light from ReadOne", appearance, u"color-scheme"_s, oneLayer(2u), true, light},
+        {"light in a third layer", appearance, u"color-scheme"_s, oneLayer(twoLayers(2u)), true,
+         light},
         {"dark as a signed integer", appearance, u"color-scheme"_s, twoLayers(1), true, dark},
         {"no preference is an answer too", appearance, u"color-scheme"_s, twoLayers(0u), true,
          none},
@@ -48,33 +48,21 @@ TEST(DesktopSettings, DecodesEachWatchedSettingAndIgnoresEverythingElse) {
         {"scheme as a bool is not a scheme", appearance, u"color-scheme"_s, twoLayers(true), false,
          none},
         {"animations off", gnome, u"enable-animations"_s, twoLayers(false), true, calm},
-        {"animations on", gnome, u"enable-animations"_s, twoLayers(true), true, none},
         {"animations as a number are ignored", gnome, u"enable-animations"_s, twoLayers(0u), false,
          none},
         {"KDE factor zero", kde, u"AnimationDurationFactor"_s, twoLayers(0.0), true, calm},
         {"KDE factor slow", kde, u"AnimationDurationFactor"_s, twoLayers(0.5), true, none},
-        {"KDE factor as an integer zero", kde, u"AnimationDurationFactor"_s, twoLayers(0), true,
-         calm},
         {"KDE factor as text is ignored", kde, u"AnimationDurationFactor"_s, twoLayers(u"0"_s),
          false, none},
         {"a key of another namespace", gnome, u"color-scheme"_s, twoLayers(1u), false, none},
-        {"an unknown key", appearance, u"accent-color"_s, twoLayers(1u), false, none},
         {"an empty variant", appearance, u"color-scheme"_s, twoLayers(QVariant()), false, none},
     };
-    for (const SettingCase& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.description);
         DesktopSettings::Values values;
         EXPECT_EQ(DesktopSettings::apply(values, c.settingsNamespace, c.key, c.value), c.changed);
         EXPECT_EQ(DesktopSettings::preferences(values), c.expected);
     }
-}
-
-TEST(DesktopSettings, UnwrapsUpToTheLayersAPortalUses) {
-    const QVariant plain(2u);
-    EXPECT_EQ(DesktopSettings::unwrap(plain), plain);
-    EXPECT_EQ(DesktopSettings::unwrap(oneLayer(plain)), plain);
-    EXPECT_EQ(DesktopSettings::unwrap(twoLayers(plain)), plain);
-    EXPECT_EQ(DesktopSettings::unwrap(oneLayer(twoLayers(plain))), plain);
 }
 
 TEST(DesktopSettings, EitherDesktopCanAskForLessMotionAndRepeatsChangeNothing) {

@@ -12,6 +12,7 @@ namespace hueshelf::testing {
 class PrivateBus {
 public:
     PrivateBus() {
+        platformTestApplication(); // its event loop reads the daemon's address
         const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
         if (daemon.isEmpty())
             return;

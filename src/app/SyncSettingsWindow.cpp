@@ -38,6 +38,23 @@ QLabel* symbolLabel(const QString& symbol, int size, QWidget* parent) {
     return label;
 }
 
+// A column of rows that scrolls once it outgrows the window, put into `layout` with all the
+// height left; the rows go into the answered list's layout, their parent being the list.
+QWidget* addScrollingList(QVBoxLayout& layout, QWidget* page, bool horizontalBar) {
+    auto* scroll = new QScrollArea(page);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    if (!horizontalBar)
+        scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto* list = new QWidget(scroll);
+    auto* rows = new QVBoxLayout(list);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(6);
+    scroll->setWidget(list);
+    layout.addWidget(scroll, 1);
+    return list;
+}
+
 // Where a status is shown by its colour: good, caution or bad, as the interface's meaning tints.
 QColor statusColor(SyncStatus::Kind kind) {
     switch (kind) {
@@ -166,13 +183,8 @@ QWidget* SyncSettingsWindow::onPage(const SyncOnFace& face) {
     auto* deletedTitle = new QLabel(face.recentlyDeletedTitle, page);
     WindowStyle::makeBold(*deletedTitle);
     layout->addWidget(deletedTitle);
-    auto* scroll = new QScrollArea(page);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    auto* list = new QWidget(scroll);
-    auto* rows = new QVBoxLayout(list);
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(6);
+    QWidget* list = addScrollingList(*layout, page, true);
+    auto* rows = static_cast<QVBoxLayout*>(list->layout());
     if (face.recentlyDeletedPlaceholder)
         rows->addWidget(secondary(*face.recentlyDeletedPlaceholder, list));
     for (const RecentlyDeletedRow& row : face.recentlyDeleted) {
@@ -191,8 +203,6 @@ QWidget* SyncSettingsWindow::onPage(const SyncOnFace& face) {
         rows->addLayout(line2);
     }
     rows->addStretch();
-    scroll->setWidget(list);
-    layout->addWidget(scroll, 1);
 
     auto* disable = new QPushButton(face.disableButton, page);
     disable->setObjectName(u"disableSync"_s);
@@ -210,14 +220,8 @@ QWidget* SyncSettingsWindow::setUpPage(const SetUpSheet& sheet) {
     layout->addWidget(headline(sheet.title, page));
     layout->addWidget(secondary(sheet.prompt, page));
     // Every service has a row, more than the window's height holds at larger fonts.
-    auto* scroll = new QScrollArea(page);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    auto* list = new QWidget(scroll);
-    auto* rows = new QVBoxLayout(list);
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(6);
+    QWidget* list = addScrollingList(*layout, page, false);
+    auto* rows = static_cast<QVBoxLayout*>(list->layout());
     for (const CloudServiceRow& row : sheet.rows) {
         auto* button = new QPushButton(list);
         button->setObjectName(row.name);
@@ -250,8 +254,6 @@ QWidget* SyncSettingsWindow::setUpPage(const SetUpSheet& sheet) {
         rows->addWidget(button);
     }
     rows->addStretch();
-    scroll->setWidget(list);
-    layout->addWidget(scroll, 1);
     auto* buttons = new QHBoxLayout();
     auto* other = new QPushButton(sheet.chooseOtherButton, page);
     auto* cancel = new QPushButton(sheet.cancelButton, page);

@@ -17,7 +17,8 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import colorref  # noqa: E402
 import generatorref  # noqa: E402
 import refdriver  # noqa: E402
-from differential import code_of, hex_text, place_hue, rgb_of_hsl  # noqa: E402
+from differential import hue_grid_colour, rgb_of_hsl  # noqa: E402
+from refdriver import code_of, hex_text  # noqa: E402
 
 # Every run of `dark` reads the whole file, so a few smaller homes keep each run cheap.
 PALETTES_PER_HOME = 60
@@ -26,20 +27,9 @@ PALETTES_PER_HOME = 60
 WRAP_HUES = (0, 15, 30, 180, 330, 345)
 NAME_HUES = (10, 20, 35, 45, 55, 70, 85, 105, 145, 165, 185, 205, 250, 270, 290, 320, 350)
 JUNK_CODES = ("nope", "#FFF", "#12345", "#12345G", "rgb(1,2)", "hsl(1, 2, 3)", "#abcdefff",
-              "blue", "0x336699")
-UNREADABLE_HEXES = ("", " ", "#12345", "#1234567", "#FFF", "fff", "nope", "#abcdefff",
-                    "rgb(10, 20, 30)", "##abcdef", "#GGGGGG", "# 123456", "#12 3456")
+              "0x336699", "", " ", "#1234567", "##abcdef", "# 123456", "#12 3456")
 ODD_NAMES = ("", "  ", "Ink", "ink", "Ünïcode ✨", "Name \"quoted\"", "back\\slash", "tab\there",
              "line\nbreak", "日本の色", " padded ", "Blue", "Blue 2", "#FFFFFF", "🎨")
-# Palettes for the description's own edge cases, always in the run.
-FIXED_DARK_PALETTES = (
-    ("#FFFFFF", "#000000"), ("#808080",), ("#FFFFFF",),
-    ("#000000", "#101010", "#202020"),  # all invert to light: no dark colour
-    ("#F0F0F0", "#E0E0FF", "#FFEEDD"),  # all invert to dark: the pass changes nothing
-    ("", "#12345", "#3366FF", "nope", "#FFF"),
-    ("#FF0000", "#00FF00", "#0000FF", "#FFFF00", "#00FFFF", "#FF00FF", "#FFFFFF", "#000000"),
-    ("#FFFFFF", "#FFFFFF", "#F8F8F8", "#3B82F6", "#1E293B", "#FACC15"), (),
-)
 
 
 def nudged(rng, rgb):
@@ -50,18 +40,25 @@ def nudged(rng, rgb):
     return tuple(channels)
 
 
+def at_hsl(rng, h, s, l):
+    return nudged(rng, rgb_of_hsl(h, rng.uniform(*s), rng.uniform(*l)))
+
+
 def at_hue(rng, hue):
-    """Bytes with the hue `hue` where the byte grid allows, at a random spread and level."""
-    spread = rng.randint(1, 255)
-    low = rng.randint(0, 255 - spread)
-    return colorref.hex_to_rgb(place_hue(rng, hue, low + spread, low))
+    """Bytes of exactly the hue `hue` where the byte grid allows, at a random spread and level."""
+    for _ in range(10 if hue == int(hue) else 0):
+        spread = rng.randint(1, 255)
+        low = rng.randint(0, 255 - spread)
+        rgb = hue_grid_colour(int(hue), low + spread, low)
+        if rgb:
+            return rgb
+    return at_hsl(rng, hue, (0.05, 1.0), (0.05, 0.95))
 
 
-def bytes_with_lightness_total(rng, total):
+def lightness_total(rng, total):
     """Bytes whose max + min is `total` (lightness total / 510), any hue and saturation."""
     spread = rng.randint(0, min(total, 510 - total))
-    if (total + spread) % 2:
-        spread = spread - 1 if spread > 0 else spread + 1
+    spread += (total + spread) % 2 * (-1 if spread > 0 else 1)
     high = (total + spread) // 2
     return tuple(rng.sample((high, total - high, rng.randint(total - high, high)), 3))
 
@@ -72,45 +69,38 @@ def scheme_start(rng):
     if roll < 0.25:
         return tuple(rng.randrange(256) for _ in range(3))
     if roll < 0.33:
-        grey = rng.choice((0, 255, 1, 254, 127, 128, rng.randrange(256)))
-        return (grey, grey, grey)
+        return (rng.choice((0, 255, 1, 254, 127, 128, rng.randrange(256))),) * 3
     if roll < 0.43:  # saturated: s * 1.1 at 1 or above from s = 1/1.1 up
         s = rng.choice((1.0, 1.0, 0.95, 1 / 1.1, 0.905, 0.915, rng.uniform(0.85, 1.0)))
-        return nudged(rng, rgb_of_hsl(rng.uniform(0, 360), s, rng.uniform(0.05, 0.95)))
+        return at_hsl(rng, rng.uniform(0, 360), (s, s), (0.05, 0.95))
     if roll < 0.63:
         hue = rng.choice(WRAP_HUES) + rng.choice((0, 0, 0, -0.3, 0.3, -1, 1, -3, 3))
-        if rng.random() < 0.5:
-            return at_hue(rng, hue % 360)
-        return nudged(rng, rgb_of_hsl(hue, rng.uniform(0.05, 1.0), rng.uniform(0.05, 0.95)))
+        return at_hue(rng, hue % 360) if rng.random() < 0.5 else at_hsl(
+            rng, hue, (0.05, 1.0), (0.05, 0.95))
     if roll < 0.72:  # lightness at the "Accent" floor of 0.4 (max + min around 204)
-        return bytes_with_lightness_total(rng, rng.choice((203, 204, 205, rng.randint(150, 260))))
+        return lightness_total(rng, rng.choice((203, 204, 205, rng.randint(150, 260))))
     if roll < 0.8:  # saturation at the neutral "Accent" floor: s * 0.7 against 0.3
         s = rng.choice((3 / 7, 0.42, 0.44, rng.uniform(0.35, 0.5)))
-        return nudged(rng, rgb_of_hsl(rng.uniform(0, 360), s, rng.uniform(0.1, 0.9)))
+        return at_hsl(rng, rng.uniform(0, 360), (s, s), (0.1, 0.9))
     if roll < 0.88:  # near black and near white, where the roles are furthest from the start
-        low, high = (0, 20) if rng.random() < 0.5 else (235, 255)
-        return tuple(rng.randint(low, high) for _ in range(3))
+        low = rng.choice((0, 235))
+        return tuple(rng.randint(low, low + 20) for _ in range(3))
     if roll < 0.95:
         # Light, vivid yellows and greens: "Header" and "Text" keep little contrast on the light
         # backgrounds of their own hue and need the lightness search.
-        return nudged(rng, rgb_of_hsl(rng.uniform(40, 200), rng.uniform(0.6, 1.0),
-                                      rng.uniform(0.3, 0.8)))
+        return at_hsl(rng, rng.uniform(40, 200), (0.6, 1.0), (0.3, 0.8))
     return at_hue(rng, rng.choice(NAME_HUES))
 
 
 def scheme_argument(rng, rgb):
     """The colour as a person might pass it to the command."""
     six, roll = "%02x%02x%02x" % tuple(rgb), rng.random()
-    if roll < 0.3:
-        return code_of(rgb)
-    if roll < 0.45:
-        return six if rng.random() < 0.5 else six.upper()
     if roll < 0.65:
-        return "#" + six if roll < 0.55 else hex_text(rng, six)
+        return code_of(rgb) if roll < 0.3 else rng.choice((six, six.upper(), "#" + six)) \
+            if roll < 0.55 else hex_text(rng, six)
     if roll < 0.82:
         alpha = rng.choice(("", "", ", 0.5", ",1"))
-        return "%s(%d, %d, %d%s)" % ("rgba" if alpha else rng.choice(("rgb", "RGB")),
-                                     rgb[0], rgb[1], rgb[2], alpha)
+        return "%s(%d, %d, %d%s)" % ("rgba" if alpha else rng.choice(("rgb", "RGB")), *rgb, alpha)
     # The pasted HSL form names a nearby colour, read by the same rules.
     h, s, l = colorref.bytes_to_hsl(*rgb)
     h += rng.choice((360.0, 720.0)) if rng.random() < 0.3 else 0.0
@@ -118,48 +108,21 @@ def scheme_argument(rng, rgb):
     return "hsl(%.*f, %.*f%%, %.*f%%)" % (precision, h, precision, s * 100, precision, l * 100)
 
 
-def scheme_cases(rng, count):
-    # Fixed: black, white, a grey and pure primaries in every style, and the default start.
-    cases = [(code, style) for code in (
-        "#000000", "#FFFFFF", "#808080", "#FF0000", "#00FF00", "#0000FF", "#FFFF00", "#3B82F6",
-        "#ff0001", "ffffff", "rgb(300, 0, 0)", "hsl(350, 100%, 50%)", "hsl(30, 50%, 50%)",
-        "hsl(180, 40%, 60%)", "hsl(330, 80%, 40%)") for style in generatorref.STYLES]
-    cases.append(("#3B82F6", None))
-    styles, maybe = generatorref.STYLES, generatorref.STYLES + (None,)
-    for number in range(count):
-        cases.append((rng.choice(JUNK_CODES), rng.choice(maybe)) if number % 40 == 17 else (
-            scheme_argument(rng, scheme_start(rng)), rng.choice(maybe if number % 5 == 0 else
-                                                                styles)))
-    return cases
-
-
-def check_scheme(binary, env, code, style):
-    arguments = ["scheme", code] + (["--style", style] if style else []) + ["--json"]
-    label = "scheme %r%s" % (code, " --style " + style if style else "")
-    expected = generatorref.scheme_command(code, style or "warm")
-    result = refdriver.run(binary, arguments, env)
-    if expected is None:
-        return [(label, refdriver.one_line_failure(result))]
-    return [refdriver.compared(label, result, expected)]
-
-
 def dark_palette_colour(rng):
     """A stored colour's code, drawn towards the boundaries of the dark version."""
     roll = rng.random()
     if roll < 0.08:
-        return rng.choice(UNREADABLE_HEXES)
+        return rng.choice(JUNK_CODES)
     if roll < 0.28:
         rgb = tuple(rng.randrange(256) for _ in range(3))
     elif roll < 0.36:  # whites and blacks, whose inverted lightness meets the floor or ceiling
         rgb = rng.choice(((255, 255, 255), (0, 0, 0), (250, 250, 250), (5, 5, 5), (255, 250, 240),
                           (10, 0, 20), (246, 245, 244), (10, 11, 9)))
-    elif roll < 0.5:
-        # Max + min around 255 (lightness 0.5, which stays 0.5 and is dark) and around 229 and
-        # 280 (inverted to either side of the 0.55 split).
-        rgb = bytes_with_lightness_total(rng, rng.choice((255, 255, 254, 256, 229, 230, 228, 231,
-                                                          280, 281, 279, 282)))
-    elif roll < 0.58:  # lightness at the floor and ceiling of the inversion: 0.04 and 0.96
-        rgb = bytes_with_lightness_total(rng, rng.choice((20, 21, 19, 489, 490, 491)))
+    elif roll < 0.58:
+        # Max + min around 255 (lightness 0.5, which stays 0.5 and is dark), around 229 and 280
+        # (inverted to either side of the 0.55 split) and at the inversion's floor and ceiling.
+        rgb = lightness_total(rng, rng.choice((255, 255, 254, 256, 229, 230, 228, 231, 280, 281,
+                                               279, 282, 20, 21, 19, 489, 490, 491)))
     elif roll < 0.72:  # light pastels: they invert to dark backgrounds
         rgb = rgb_of_hsl(rng.uniform(0, 360), rng.uniform(0.2, 1.0), rng.uniform(0.7, 0.95))
     elif roll < 0.78:
@@ -167,94 +130,77 @@ def dark_palette_colour(rng):
         # not even black reads: the lightness search turns to the lighter side.
         rgb = rgb_of_hsl(rng.choice((rng.uniform(210, 290), rng.uniform(330, 360))),
                          rng.uniform(0.7, 1.0), rng.uniform(0.36, 0.45))
-    elif roll < 0.86:  # dark vivid colours: they invert to light text
-        rgb = rgb_of_hsl(rng.uniform(0, 360), rng.uniform(0.4, 1.0), rng.uniform(0.1, 0.35))
-    else:  # mid-tones, where inverted text and background sit close together
-        rgb = rgb_of_hsl(rng.uniform(0, 360), rng.random(), rng.uniform(0.35, 0.65))
+    else:  # dark vivid colours (they invert to light text) and mid-tones
+        rgb = rgb_of_hsl(rng.uniform(0, 360), rng.random(), rng.uniform(0.1, 0.65))
     # As another writer of the file may have left it.
-    six = "%02x%02x%02x" % tuple(rgb)
-    roll = rng.random()
-    if roll < 0.75:
-        return code_of(rgb) if roll < 0.6 else "#" + six
-    if roll < 0.85:
-        return six.upper() if rng.random() < 0.5 else six
-    return rng.choice((" ", "\n", "\t", "")) + "#" + six + rng.choice((" ", "\n", "\r\n", "\t"))
+    six, roll = "%02x%02x%02x" % tuple(rgb), rng.random()
+    return code_of(rgb) if roll < 0.6 else rng.choice(("#" + six, six.upper(), six)) \
+        if roll < 0.85 else rng.choice((" ", "\n", "\t", "")) + "#" + six + rng.choice(
+            (" ", "\n", "\r\n", "\t"))
 
 
-def colour_record(rng, hex_code, names):
-    if rng.random() < 0.6:
-        name, auto = colorref.color_name(hex_code), True
-        if rng.random() < 0.7:
-            name = generatorref.unique_name(name, names)
-    else:
-        name, auto = rng.choice(ODD_NAMES), False
-    divider = rng.random() < 0.15
-    return {"id": refdriver.upper_uuid(rng), "name": name, "hex": hex_code, "isAutoNamed": auto,
-            "isLocked": rng.random() < 0.2, "dividerBefore": divider,
-            "dividerLabel": rng.choice(("", "Brand", "Ünï")) if divider else ""}
-
-
-def dark_palette(rng, number, codes=None):
-    """A random palette, or one of the given codes."""
+def dark_palette(rng, number):
     colours = []
-    for _ in range(rng.choice((1, 1, 2, 2, 3, 3, 4, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 12))):
-        colours.append(colour_record(rng, dark_palette_colour(rng), [c["name"] for c in colours]))
+    for _ in range(rng.choice((0, 1, 2, 2, 3, 3, 4, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 12))):
+        code, divider = dark_palette_colour(rng), rng.random() < 0.15
+        auto = rng.random() < 0.6
+        name = generatorref.unique_name(colorref.color_name(code), [
+            c["name"] for c in colours]) if auto else rng.choice(ODD_NAMES)
+        colours.append({"id": refdriver.upper_uuid(rng), "name": name, "hex": code,
+                        "isAutoNamed": auto, "isLocked": rng.random() < 0.2,
+                        "dividerBefore": divider,
+                        "dividerLabel": rng.choice(("", "Brand", "Ünï")) if divider else ""})
     if rng.random() < 0.1 and colours:
         # The same colour again, to see the pass move identical backgrounds alike.
-        colours.append(dict(colours[rng.randrange(len(colours))], id=refdriver.upper_uuid(rng)))
-        colours = colours[:12]
+        colours.append(dict(rng.choice(colours), id=refdriver.upper_uuid(rng)))
     stamp = 1700000000000.0 + rng.randrange(10 ** 9) + rng.random()
-    record = {
-        "id": refdriver.upper_uuid(rng),
-        "name": rng.choice(("Palette", "Brand", "Ünïcode", "Dark", "Ink & Paper")) +
-        " %d" % number + rng.choice(("", " (Dark)", " ✨", "  ")),
-        "colors": colours, "createdAt": stamp, "updatedAt": stamp + rng.randrange(10 ** 6),
-        "revision": rng.randint(1, 40), "isLocked": rng.random() < 0.2,
-    }
+    record = {"id": refdriver.upper_uuid(rng), "name": rng.choice(("Palette", "Ünïcode", "Dark"))
+              + " %d" % number + rng.choice(("", " (Dark)", " ✨", "  ")),
+              "colors": colours[:12], "createdAt": stamp,
+              "updatedAt": stamp + rng.randrange(10 ** 6), "revision": rng.randint(1, 40),
+              "isLocked": rng.random() < 0.2}
     if rng.random() < 0.3:
         record["updatedByDeviceId"] = refdriver.upper_uuid(rng)
-    if codes is not None:
-        record["name"], record["colors"] = "Fixed %d" % number, []
-        for code in codes:
-            record["colors"].append(colour_record(rng, code, [c["name"] for c in
-                                                              record["colors"]]))
     return record
 
 
 def run_dark_home(binary, root, number, palettes, active, cases):
     """Runs `dark` on each case, a palette and its address: "id", "name" or "active" (none)."""
-    home = os.path.join(root, "dark-%d" % number)
-    path, written = refdriver.write_preferences(home, palettes, active)
-    env = refdriver.home_env(home)
-    # Only palettes the program demonstrably read are worth comparing.
-    store = refdriver.verify_store(binary, env, palettes, active)
+    env, path, written, store = refdriver.private_home(binary, root, "dark-%d" % number, palettes,
+                                                       active)
     results = [("palettes --json of home %d (%d palettes)" % (number, len(palettes)), store)]
     for palette, address in [] if store else cases:
-        result = refdriver.run(binary, ["dark"] + (
-            [palette[address]] if address != "active" else []) + ["--json"], env)
-        label = "dark %s of %s" % (address, json.dumps([c["hex"] for c in palette["colors"]]))
-        results.append(refdriver.compared(label, result, generatorref.dark_command(
-            palette["colors"])))
+        argument = [palette[address]] if address != "active" else []
+        results += refdriver.checked(
+            binary, env, ["dark"] + argument + ["--json"],
+            generatorref.dark_command(palette["colors"]), "dark %s of %s" % (
+                address, json.dumps([c["hex"] for c in palette["colors"]])))
     # Neither command changes a palette: the file is as it was written.
     with open(path, "rb") as stream:
         unchanged = stream.read() == written
-    results.append(("preferences file untouched: dark-%d" % number,
-                    [] if unchanged else [("bytes", "as written", "changed")]))
-    return results
+    return results + [("preferences file untouched: dark-%d" % number,
+                       [] if unchanged else [("bytes", "as written", "changed")])]
 
 
 def body(options, root, pool):
     rng = random.Random(options.seed)
-    schemes = scheme_cases(rng, options.count * 3 // 5)
+    styles = generatorref.STYLES
+    schemes = [(code, style) for code in ("#000000", "#FFFFFF", "#808080", "#FF0000", "#00FF00",
+                                          "#0000FF", "#FFFF00", "rgb(300, 0, 0)")
+               for style in styles]
+    for number in range(options.count * 3 // 5):
+        style = rng.choice(styles + (None,) * (number % 5 == 0))
+        schemes.append((rng.choice(JUNK_CODES) if number % 40 == 17 else scheme_argument(
+            rng, scheme_start(rng)), style))
     env = refdriver.home_env(os.path.join(root, "scheme"))  # schemes touch no palette
     os.makedirs(os.path.join(root, "scheme"))
-    futures = [pool.submit(check_scheme, options.binary, env, *case) for case in schemes]
+    futures = [pool.submit(refdriver.checked, options.binary, env, [
+        "scheme", code, "--json"] + ["--style", style] * bool(style),
+        generatorref.scheme_command(code, style or "warm")) for code, style in schemes]
 
     rng = random.Random(options.seed + 1)
-    palettes = [dark_palette(rng, number, codes) for number, codes in
-                enumerate(FIXED_DARK_PALETTES)]
-    palettes += [dark_palette(rng, number + len(palettes))
-                 for number in range(max(1, options.count - options.count * 3 // 5))]
+    palettes = [dark_palette(rng, number)
+                for number in range(max(1, options.count - options.count * 3 // 5))]
     for start in range(0, len(palettes), PALETTES_PER_HOME):
         group = palettes[start:start + PALETTES_PER_HOME]
         active = rng.choice(group)

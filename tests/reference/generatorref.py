@@ -43,24 +43,17 @@ def moved_to_read(colors, foreground, background):
 
 def scheme_colors(primary_hex, h, s, l, style):
     """The six roles of `style`, names empty; "Primary" is the starting code itself."""
-    header = (h, min(s * 1.1, 1.0), 0.25)
-    if style == "warm":
-        accent = (wrapped_hue(h + 30.0), s, max(l, 0.4))
-        background = (wrapped_hue(h + 15.0), 0.15, 0.97)
-        surface = (wrapped_hue(h + 15.0), 0.12, 0.93)
-        text = (h, min(s * 0.8, 1.0), 0.15)
-    elif style == "cool":
-        accent = (wrapped_hue(h - 30.0), s, max(l, 0.4))
-        background = (wrapped_hue(h - 15.0), 0.12, 0.97)
-        surface = (wrapped_hue(h - 15.0), 0.1, 0.93)
-        text = (h, min(s * 0.8, 1.0), 0.15)
-    else:
+    if style == "neutral":
         accent = (wrapped_hue(h + 180.0), max(s * 0.7, 0.3), max(l, 0.4))
-        background = (h, 0.05, 0.97)
-        surface = (h, 0.04, 0.93)
-        text = (h, 0.1, 0.15)
-    hexes = [primary_hex] + [colorref.hsl_to_hex(*hsl)
-                             for hsl in (header, accent, background, surface, text)]
+        background, surface, text = (h, 0.05, 0.97), (h, 0.04, 0.93), (h, 0.1, 0.15)
+    else:  # warm turns the hue one way, cool the other, with paler grounds
+        turn, warm = (1.0, True) if style == "warm" else (-1.0, False)
+        accent = (wrapped_hue(h + 30.0 * turn), s, max(l, 0.4))
+        background = (wrapped_hue(h + 15.0 * turn), 0.15 if warm else 0.12, 0.97)
+        surface = (wrapped_hue(h + 15.0 * turn), 0.12 if warm else 0.1, 0.93)
+        text = (h, min(s * 0.8, 1.0), 0.15)
+    hexes = [primary_hex] + [colorref.hsl_to_hex(*hsl) for hsl in (
+        (h, min(s * 1.1, 1.0), 0.25), accent, background, surface, text)]
     return [{"role": role, "hex": code, "name": ""} for role, code in zip(ROLES, hexes)]
 
 

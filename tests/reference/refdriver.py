@@ -1,5 +1,5 @@
 """What the differential scripts share: running the binary, comparing its JSON with a model's,
-private homes with a preferences file, and the report.
+private homes with a preferences file, pasted forms of colour codes, and the report.
 
 A check gives a list of (label, mismatches); a mismatch is (path, expected, actual). A run prints
 the first mismatches and "N passed, M failed", and exits 1 on any mismatch.
@@ -16,6 +16,7 @@ import tempfile
 import uuid
 
 Run = collections.namedtuple("Run", "status parsed parse_error stdout stderr")
+BLANKS = (" ", "  ", "\t", "\n", "\r\n", " \n\t", "\v", "\f")
 
 
 def no_duplicates(pairs):
@@ -49,10 +50,8 @@ def compare(expected, actual, path="", out=None):
             out.append((path, expected, actual))
     elif isinstance(expected, float):
         if not is_number(actual) or float(actual) != expected:
-            note = ""
-            if is_number(actual) and expected != 0:
-                note = " (%+.0f ulp)" % ((float(actual) - expected) / math.ulp(expected))
-            out.append((path + note, expected, actual))
+            ulps = (float(actual) - expected) / math.ulp(expected) if is_number(actual) else 0
+            out.append((path + " (%+.0f ulp)" % ulps * bool(ulps), expected, actual))
     elif isinstance(expected, list):
         if not isinstance(actual, list) or len(actual) != len(expected):
             out.append((path, expected, actual))
@@ -90,6 +89,45 @@ def compared(label, result, expected, kind=dict):
     return label, json_output(result, kind) or compare(expected, result.parsed)
 
 
+def checked(binary, env, arguments, expected, label=None):
+    """[(label, mismatches)] of a run: the model's JSON, or a one-line refusal where it has none."""
+    label = label or " ".join(repr(a) if " " in a or not a else a for a in arguments)
+    result = run(binary, arguments, env)
+    if expected is None:
+        return [(label, one_line_failure(result))]
+    return [compared(label, result, expected, type(expected))]
+
+
+def six_of(rgb):
+    return "%02x%02x%02x" % tuple(rgb)
+
+
+def code_of(rgb):
+    return "#%02X%02X%02X" % tuple(rgb)
+
+
+def random_case(rng, text):
+    return "".join(ch.upper() if rng.random() < 0.5 else ch.lower() for ch in text) \
+        if rng.random() < 0.4 else text.upper() if rng.random() < 0.5 else text.lower()
+
+
+def surround(rng, text):
+    blanks = lambda: "".join(rng.choice(BLANKS) for _ in range(rng.randint(1, 2)))  # noqa: E731
+    text = blanks() + text if rng.random() < 0.4 else text
+    return text + blanks() if rng.random() < 0.4 else text
+
+
+def hex_text(rng, six_digits):
+    """A 6-digit code as a person might paste it: any case, '#'s in odd places, blanks around."""
+    text, roll = random_case(rng, six_digits), rng.random()
+    if roll < 0.45:
+        text = ("#" if roll < 0.35 else "##") + text
+    for _ in range(rng.randint(1, 3) if 0.45 <= roll < 0.6 else 0):
+        at = rng.randint(0, len(text))
+        text = text[:at] + "#" + text[at:]
+    return surround(rng, text)
+
+
 def upper_uuid(rng):
     return str(uuid.UUID(int=rng.getrandbits(128), version=4)).upper()
 
@@ -102,32 +140,31 @@ def home_env(home):
     return env
 
 
-def write_preferences(home, palettes, active_id):
-    """Writes the palettes as the program stores them; returns the file's path and bytes."""
-    os.makedirs(os.path.join(home, "config", "hueshelf"), exist_ok=True)
+def private_home(binary, root, name, palettes, active_id):
+    """A home holding the palettes as the program stores them: (env, preferences path, its
+    bytes, mismatches of the store; only a home the program demonstrably read is worth using)."""
+    home = os.path.join(root, name)
+    os.makedirs(os.path.join(home, "config", "hueshelf"))
     path = os.path.join(home, "config", "hueshelf", "io.hueshelf.Hueshelf.json")
     data = (json.dumps({"colorTemplates": palettes, "activeTemplateId": active_id,
                         "colorLastModified": 1700000000000.0, "schemaVersion": 2},
                        indent=4, ensure_ascii=False) + "\n").encode("utf-8")
     with open(path, "wb") as stream:
         stream.write(data)
-    return path, data
+    env = home_env(home)
+    return env, path, data, verify_store(binary, env, palettes, active_id)
 
 
-def verify_store(binary, env, palettes, active_id, cwd=None):
+def verify_store(binary, env, palettes, active_id):
     """Mismatches between the palettes and what `palettes --json` says the program holds."""
-    result = run(binary, ["palettes", "--json"], env, cwd)
-    if json_output(result, list) or len(result.parsed) != len(palettes):
-        return json_output(result, list) or [("palettes", len(palettes), result.parsed)]
-    mismatches = []
-    for index, (palette, got) in enumerate(zip(palettes, result.parsed)):
-        want = {"id": palette["id"], "name": palette["name"], "colorCount": len(palette["colors"]),
-                "isActive": palette["id"] == active_id}
-        want.update((key, palette[key]) for key in ("isLocked", "revision", "updatedAt")
-                    if key in palette)
-        got = {key: got.get(key) for key in want} if isinstance(got, dict) else got
-        compare(want, got, "[%d]" % index, mismatches)
-    return mismatches
+    result = run(binary, ["palettes", "--json"], env)
+    shown = result.parsed if isinstance(result.parsed, list) else []
+    want = [dict({"id": p["id"], "name": p["name"], "colorCount": len(p["colors"]),
+                  "isActive": p["id"] == active_id}, **{key: p[key] for key in (
+                      "isLocked", "revision", "updatedAt") if key in p}) for p in palettes]
+    got = [{key: g.get(key) for key in w} if isinstance(g, dict) else g
+           for w, g in zip(want, shown)] + shown[len(want):]
+    return json_output(result, list) or compare(want, got)
 
 
 def main(doc, seed, count, body):
@@ -140,23 +177,16 @@ def main(doc, seed, count, body):
     parser.add_argument("--show", type=int, default=15, help="mismatches to print")
     options = parser.parse_args()
     options.binary = os.path.abspath(options.binary)
-    passed, reports = 0, []
     with tempfile.TemporaryDirectory(prefix="hueshelf-reference-") as root:
         with concurrent.futures.ThreadPoolExecutor(max_workers=max(1, options.jobs)) as pool:
             summary, futures = body(options, root, pool)
-            for future in futures:
-                for label, mismatches in future.result():
-                    passed += not mismatches
-                    reports += [(label, mismatches)] if mismatches else []
-    # Hand-made and short inputs first: they are the readable reproductions.
-    reports.sort(key=lambda report: (not report[0].startswith("fixed"), len(report[0])))
+            results = [result for future in futures for result in future.result()]
+    reports = sorted((r for r in results if r[1]), key=lambda r: len(r[0]))  # short ones first
     for label, mismatches in reports[:options.show]:
         print("MISMATCH %s" % label)
         for path, want, got in mismatches[:6]:
-            print("    %-24s expected %.700r" % (path or "(value)", want))
-            print("    %-24s actual   %.700r" % ("", got))
-    if len(reports) > options.show:
-        print("... and %d more mismatching cases" % (len(reports) - options.show))
-    print("seed %d: %s" % (options.seed, summary))
-    print("%d passed, %d failed" % (passed, len(reports)))
+            print("    %-24s expected %.700r\n    %-24s actual   %.700r" % (
+                path or "(value)", want, "", got))
+    print("seed %d: %s\n%d passed, %d failed" % (options.seed, summary,
+                                                 len(results) - len(reports), len(reports)))
     return 1 if reports else 0

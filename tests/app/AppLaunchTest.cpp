@@ -37,10 +37,14 @@ QByteArray readAll(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Not under /tmp: a program run from a temporary folder never heals the tools' entries.
+// Not under /tmp: a program run from a temporary folder never heals the tools' entries. The
+// build folder serves unless it is under /tmp itself (a clean clone there); then /dev/shm.
 QString binaryDirTemplate() {
     testing::ensureApplication();
-    return QCoreApplication::applicationDirPath() + u"/launch-XXXXXX"_s;
+    QString base = QCoreApplication::applicationDirPath();
+    if (base.contains(u"/tmp/"_s))
+        base = u"/dev/shm"_s;
+    return base + u"/launch-XXXXXX"_s;
 }
 
 class Launch : public ::testing::Test {

@@ -38,6 +38,16 @@ QLabel* symbolLabel(const QString& symbol, int size, QWidget* parent) {
     return label;
 }
 
+// A page of the window, named so tests can find it, its column flush with the window's margins.
+QWidget* newPage(QWidget* window, const QString& name, int spacing) {
+    auto* page = new QWidget(window);
+    page->setObjectName(name);
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(spacing);
+    return page;
+}
+
 // A column of rows that scrolls once it outgrows the window, put into `layout` with all the
 // height left; the rows go into the answered list's layout, their parent being the list.
 QWidget* addScrollingList(QVBoxLayout& layout, QWidget* page, bool horizontalBar) {
@@ -115,11 +125,8 @@ void SyncSettingsWindow::refresh() {
 }
 
 QWidget* SyncSettingsWindow::offPage(const SyncOffFace& face) {
-    auto* page = new QWidget(this);
-    page->setObjectName(u"syncOff"_s);
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
+    QWidget* page = newPage(this, u"syncOff"_s, 8);
+    auto* layout = static_cast<QVBoxLayout*>(page->layout());
     layout->addStretch();
     auto* symbol = symbolLabel(u"icloud"_s, 40, page);
     layout->addWidget(symbol, 0, Qt::AlignHCenter);
@@ -150,11 +157,8 @@ QWidget* SyncSettingsWindow::offPage(const SyncOffFace& face) {
 }
 
 QWidget* SyncSettingsWindow::onPage(const SyncOnFace& face) {
-    auto* page = new QWidget(this);
-    page->setObjectName(u"syncOn"_s);
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
+    QWidget* page = newPage(this, u"syncOn"_s, 8);
+    auto* layout = static_cast<QVBoxLayout*>(page->layout());
 
     auto* top = new QHBoxLayout();
     top->addWidget(headline(face.headline, page), 1);
@@ -212,11 +216,8 @@ QWidget* SyncSettingsWindow::onPage(const SyncOnFace& face) {
 }
 
 QWidget* SyncSettingsWindow::setUpPage(const SetUpSheet& sheet) {
-    auto* page = new QWidget(this);
-    page->setObjectName(u"setUpSheet"_s);
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
+    QWidget* page = newPage(this, u"setUpSheet"_s, 8);
+    auto* layout = static_cast<QVBoxLayout*>(page->layout());
     layout->addWidget(headline(sheet.title, page));
     layout->addWidget(secondary(sheet.prompt, page));
     // Every service has a row, more than the window's height holds at larger fonts.
@@ -268,11 +269,8 @@ QWidget* SyncSettingsWindow::setUpPage(const SetUpSheet& sheet) {
 }
 
 QWidget* SyncSettingsWindow::connectPage(const ConnectSheet& sheet) {
-    auto* page = new QWidget(this);
-    page->setObjectName(u"connectSheet"_s);
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(10);
+    QWidget* page = newPage(this, u"connectSheet"_s, 10);
+    auto* layout = static_cast<QVBoxLayout*>(page->layout());
     layout->addWidget(headline(sheet.title, page));
     layout->addWidget(WindowStyle::wrappedLabel(sheet.prompt, page));
     layout->addStretch();

@@ -154,7 +154,6 @@ void AppDelegate::createAuxiliaryWindows(const QProcessEnvironment& env) {
                 return AIToolRegistry::allTools(home, QStringLiteral("/Applications"));
             },
         .detector = CloudServiceDetector(CloudServiceRoots::forCurrentUser(env)),
-        .openUrl = {},
         .pickFolder = {},
         .showLinkAlert = [this](const LinkAlert& alert) { showAlert(alert); },
     });

@@ -9,9 +9,9 @@
 #include "app/SyncSettingsWindow.h"
 #include "app/WhatsNewReleases.h"
 #include "app/WhatsNewWindow.h"
+#include "platform/Platform.h"
 #include "sync/SyncSettingsTexts.h"
 
-#include <QDesktopServices>
 #include <QMessageBox>
 
 namespace hueshelf::app {
@@ -27,13 +27,9 @@ AuxiliaryWindows::AuxiliaryWindows(AuxiliaryWindowsContext context, QObject* par
                                                          m_context.scheduler)),
       m_about(AboutTexts::title, QSize(AboutTexts::width, AboutTexts::height),
               [this] {
-                  return std::make_unique<AboutWindow>(m_context.runningVersion,
-                                                       [this](const QUrl& url) {
-                                                           if (m_context.openUrl)
-                                                               m_context.openUrl(url);
-                                                           else
-                                                               QDesktopServices::openUrl(url);
-                                                       });
+                  return std::make_unique<AboutWindow>(
+                      m_context.runningVersion,
+                      [this](const QUrl& url) { m_context.platform.openUrl(url); });
               }),
       m_whatsNew(WhatsNewTexts::title, QSize(WhatsNewTexts::width, WhatsNewTexts::height),
                  [this] {

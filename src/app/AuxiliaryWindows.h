@@ -9,7 +9,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QUrl>
 
 #include <functional>
 #include <memory>
@@ -47,8 +46,6 @@ struct AuxiliaryWindowsContext {
     QString runningVersion = QStringLiteral(HUESHELF_VERSION);
     // None: the notes shipped in the program's resources.
     const WhatsNewReleases* releases = nullptr;
-    // None: the desktop's handler for the address.
-    std::function<void(const QUrl&)> openUrl;
     // None: the toolkit's directory dialog.
     FolderPicker pickFolder;
     // None: a modal message box.

@@ -1,5 +1,6 @@
 #include "app/BarModel.h"
 
+#include "app/AppSettingsKeys.h"
 #include "color/ColorUtils.h"
 #include "model/ColorStorage.h"
 #include "platform/Platform.h"
@@ -9,8 +10,6 @@
 namespace hueshelf::app {
 
 namespace {
-
-const auto kCopyFormatKey = QStringLiteral("defaultCopyFormat");
 
 QColor displayColorOf(const QString& hex) {
     const auto parsed = ColorUtils::parseDisplayColor(hex);
@@ -57,8 +56,8 @@ std::optional<QString> BarModel::copyColor(const QUuid& colorId) {
             continue;
         // The command line may have changed the format since this process read the file.
         m_settings.sync();
-        const auto format =
-            ColorUtils::copyFormatFromIdentifier(m_settings.value(kCopyFormatKey).toString());
+        const auto format = ColorUtils::copyFormatFromIdentifier(
+            m_settings.value(AppSettingsKeys::defaultCopyFormat).toString());
         const QString text = ColorUtils::formattedCode(color.hex, format, color.name);
         m_platform.setClipboardText(text);
         return text;

@@ -78,7 +78,6 @@ protected:
                 CloudServiceRoots{h, QString(), h + u"/.config"_s, h + u"/.local/state"_s}),
             .runningVersion = u"1.2.0"_s,
             .releases = &releases,
-            .openUrl = [this](const QUrl& url) { openedUrls.append(url); },
             .pickFolder = [this](QWidget*, const FolderPanelRequest&) { return pickedFolder; },
             .showLinkAlert = [this](const LinkAlert& alert) { alerts.append(alert); },
         });
@@ -94,7 +93,6 @@ protected:
         {u"9.0.0"_s, u"Someday"_s, {{u"link"_s, u"Future"_s, u"Not yet."_s}}},
         {u"1.2.0"_s, u"Now"_s, {{u"icloud"_s, u"Sync"_s, u"Across devices."_s}}},
     }};
-    QList<QUrl> openedUrls;
     std::optional<QString> pickedFolder;
     QList<LinkAlert> alerts;
     std::unique_ptr<AuxiliaryWindows> windows;
@@ -148,7 +146,7 @@ TEST_F(AuxiliaryWindowsTest, EachWindowExistsOnceAndOutlivesClosing) {
     // The About links and the AI tools snippet go out through the desktop's own ways.
     auto* about = qobject_cast<AboutWindow*>(w.aboutWindow().window());
     about->supportButton().click();
-    EXPECT_EQ(openedUrls, QList<QUrl>{QUrl(u"https://hueshelf.app/support"_s)});
+    EXPECT_EQ(platform.openedUrls(), QList<QUrl>{QUrl(u"https://hueshelf.app/support"_s)});
     auto* panel = qobject_cast<AIToolsWindow*>(w.aiToolsWindow().window());
     EXPECT_EQ(panel->palettePicker().currentText(), u"Mine"_s);
     panel->copySnippetButton().click();

@@ -301,15 +301,17 @@ void AppDelegate::createTrayIcon() {
     m_trayIcon->setContextMenu(m_trayMenu.get());
     connect(m_trayIcon, &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
-                // Every left click counts: the second of two quick ones arrives as a double
-                // click and toggles again, as the user asked twice.
-                if (reason != QSystemTrayIcon::Trigger && reason != QSystemTrayIcon::DoubleClick)
-                    return;
-                // Control and a left click ask for the menu, as a right click does.
-                if (QGuiApplication::keyboardModifiers() & Qt::ControlModifier)
+                switch (
+                    StatusMenuModel::clickAction(reason, QGuiApplication::keyboardModifiers())) {
+                case StatusMenuModel::ClickAction::openMenu:
                     m_trayMenu->popup(QCursor::pos());
-                else
+                    break;
+                case StatusMenuModel::ClickAction::toggleBar:
                     toggleBarVisibility();
+                    break;
+                case StatusMenuModel::ClickAction::none:
+                    break;
+                }
             });
     m_trayIcon->show();
 }

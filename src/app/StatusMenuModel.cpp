@@ -23,6 +23,13 @@ QUrl StatusMenuModel::downloadPageUrl() {
     return QUrl(u"https://"_s + PaletteLink::linkHost() + u"/download"_s);
 }
 
+StatusMenuModel::ClickAction StatusMenuModel::clickAction(QSystemTrayIcon::ActivationReason reason,
+                                                          Qt::KeyboardModifiers modifiers) {
+    if (reason != QSystemTrayIcon::Trigger && reason != QSystemTrayIcon::DoubleClick)
+        return ClickAction::none;
+    return modifiers.testFlag(Qt::ControlModifier) ? ClickAction::openMenu : ClickAction::toggleBar;
+}
+
 QList<MenuEntry> StatusMenuModel::build() const {
     QList<MenuEntry> entries;
     if (m_actions.toggleBar) {

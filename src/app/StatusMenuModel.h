@@ -3,6 +3,7 @@
 #include "app/MenuEntry.h"
 
 #include <QList>
+#include <QSystemTrayIcon>
 #include <QUrl>
 
 #include <functional>
@@ -42,6 +43,14 @@ public:
                     AppearanceController& appearance, Actions actions);
 
     QList<MenuEntry> build() const;
+
+    // What a click on the tray icon asks for. Every left click toggles the bar: the second of
+    // two quick ones arrives as a double click and toggles again, as the user asked twice.
+    // Control and a left click ask for the menu, as a right click does (which the tray opens
+    // by itself).
+    enum class ClickAction { none, toggleBar, openMenu };
+    static ClickAction clickAction(QSystemTrayIcon::ActivationReason reason,
+                                   Qt::KeyboardModifiers modifiers);
 
     // Where "Check for Updates…" leads: packages are updated by the system's package manager,
     // so the program only shows where new versions are published.

@@ -160,6 +160,26 @@ Quit HueShelf (Ctrl+Q))"_s;
 
 // Items that aren't settings hand their work to the owner; "Check for Updates…" opens the
 // download page of the web host that links are written for.
+TEST(StatusMenuClicks, LeftClicksToggleAndControlAsksForTheMenu) {
+    using Action = StatusMenuModel::ClickAction;
+    const struct {
+        QSystemTrayIcon::ActivationReason reason;
+        Qt::KeyboardModifiers modifiers;
+        Action expected;
+    } cases[] = {
+        {QSystemTrayIcon::Trigger, Qt::NoModifier, Action::toggleBar},
+        {QSystemTrayIcon::DoubleClick, Qt::NoModifier, Action::toggleBar},
+        {QSystemTrayIcon::Trigger, Qt::ShiftModifier, Action::toggleBar},
+        {QSystemTrayIcon::Trigger, Qt::ControlModifier, Action::openMenu},
+        {QSystemTrayIcon::DoubleClick, Qt::ControlModifier | Qt::AltModifier, Action::openMenu},
+        {QSystemTrayIcon::Context, Qt::NoModifier, Action::none},
+        {QSystemTrayIcon::MiddleClick, Qt::ControlModifier, Action::none},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(StatusMenuModel::clickAction(c.reason, c.modifiers), c.expected)
+            << int(c.reason) << ' ' << c.modifiers.toInt();
+}
+
 TEST_F(StatusMenu, ItemsReachTheirActions) {
     const std::pair<QStringList, QString> cases[] = {
         {{u"Hide HueShelf"_s}, u"toggleBar"_s},

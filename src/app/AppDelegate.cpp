@@ -125,7 +125,7 @@ void AppDelegate::createOverlays(Clock& clock, Scheduler& scheduler) {
 }
 
 void AppDelegate::createBarVisibility(Scheduler& scheduler) {
-    BarVisibilityController::Effects effects = barWindowEffects(*m_window);
+    BarVisibilityController::Effects effects = barWindowEffects(*m_window, scheduler);
     effects.reduceMotion = [this] { return m_appearance->reduceMotion(); };
     effects.trayIconGeometry = [this]() -> std::optional<QRect> {
         if (!m_trayIcon)

@@ -23,7 +23,7 @@ struct SharedState {
 
 } // namespace
 
-BarVisibilityController::Effects barWindowEffects(QWidget& bar) {
+BarVisibilityController::Effects barWindowEffects(QWidget& bar, Scheduler& scheduler) {
     auto state = std::make_shared<SharedState>();
     QPointer<QWidget> window(&bar);
     BarVisibilityController::Effects effects;
@@ -81,11 +81,11 @@ BarVisibilityController::Effects barWindowEffects(QWidget& bar) {
         helper->run(frame, ShrinkAnimation::frameAtIcon(frame.size(), icon), 1.0, 0.0,
                     std::move(finished));
     };
-    effects.showHiddenToast = [state] {
+    effects.showHiddenToast = [state, &scheduler] {
         // One at a time: a second hide replaces the first toast.
-        if (state->toast)
-            state->toast->close();
-        state->toast = new HiddenToastWindow();
+        if (HiddenToastWindow* old = state->toast.data())
+            old->close();
+        state->toast = new HiddenToastWindow(scheduler);
         state->toast->present();
     };
     return effects;

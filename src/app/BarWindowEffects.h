@@ -11,7 +11,7 @@ namespace hueshelf::app {
 // flies the picture between bar and icon and shows the hidden toast. What belongs to the tray
 // icon, the desktop's motion wish and the decision after a show is left empty for the owner of
 // those to fill in: `trayIconGeometry`, `reduceMotion`, `afterShow`, `setIconHighlighted`.
-BarVisibilityController::Effects barWindowEffects(QWidget& bar);
+BarVisibilityController::Effects barWindowEffects(QWidget& bar, Scheduler& scheduler);
 
 // The desktop's screens as the position rules take them: available geometries, the primary
 // screen as the main one.

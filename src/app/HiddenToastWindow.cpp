@@ -7,7 +7,6 @@
 #include <QPainterPath>
 #include <QPropertyAnimation>
 #include <QScreen>
-#include <QTimer>
 
 namespace hueshelf::app {
 
@@ -22,9 +21,10 @@ const QRect kFallbackFrame(0, 0, 1440, 900);
 
 } // namespace
 
-HiddenToastWindow::HiddenToastWindow()
+HiddenToastWindow::HiddenToastWindow(Scheduler& scheduler)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                           Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput) {
+                           Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput),
+      m_scheduler(scheduler) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -45,11 +45,18 @@ HiddenToastWindow::HiddenToastWindow()
     setMask(QRegion(shape.toFillPolygon().toPolygon()));
 }
 
+// A toast replaced or closed early must not reach its window after it is gone.
+HiddenToastWindow::~HiddenToastWindow() {
+    m_stay.cancel();
+}
+
 void HiddenToastWindow::present() {
     setWindowOpacity(0.0);
     show();
-    fadeTo(1.0, [this] {
-        QTimer::singleShot(stayMs, this, [this] { fadeTo(0.0, [this] { close(); }); });
+    fadeTo(1.0, [] {});
+    m_stay = m_scheduler.scheduleAfter((fadeMs + stayMs) / 1000.0, [this] {
+        m_leaving = true;
+        fadeTo(0.0, [this] { close(); });
     });
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "util/Scheduler.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -18,16 +20,23 @@ public:
     static constexpr int stayMs = 2600;
     static constexpr int fadeMs = 200;
 
-    HiddenToastWindow();
+    // Its time on screen is counted by the scheduler; the fades are animations.
+    explicit HiddenToastWindow(Scheduler& scheduler);
+    ~HiddenToastWindow() override;
 
-    // Shows the toast and starts its life.
+    // Shows the toast and starts its life: the fade in, `stayMs`, then the fade out.
     void present();
+    bool isLeaving() const { return m_leaving; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     void fadeTo(double opacity, std::function<void()> then);
+
+    Scheduler& m_scheduler;
+    TaskHandle m_stay;
+    bool m_leaving = false;
 };
 
 } // namespace hueshelf::app

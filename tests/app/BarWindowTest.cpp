@@ -8,6 +8,7 @@
 #include "app/BarPositionStore.h"
 #include "app/BarVisibilityController.h"
 #include "app/FloatingWindow.h"
+#include "app/HiddenToastWindow.h"
 #include "app/ShortcutKeyFilter.h"
 #include "app/WindowDragView.h"
 #include "platform/fake/FakePlatform.h"
@@ -163,6 +164,26 @@ TEST(BarVisibilityControllerTest, ShowsAndHidesByEveryBranch) {
         bar.scheduler.advance(0.01);
         EXPECT_EQ(bar.log.endsWith(u"unhighlight"_s), c.log.endsWith(u"highlight"_s));
     }
+}
+
+// The hidden toast stands its fade in and 2.6 s, by the scheduler's clock, before it leaves.
+TEST(HiddenToastWindowTest, StaysItsTimeThenLeaves) {
+    testing::ensureApplication();
+    testing::ManualClock clock;
+    testing::ManualScheduler scheduler(clock);
+    auto* toast = new HiddenToastWindow(scheduler);
+    toast->present();
+    EXPECT_TRUE(toast->isVisible());
+    scheduler.advance((HiddenToastWindow::fadeMs + HiddenToastWindow::stayMs) / 1000.0 - 0.01);
+    EXPECT_FALSE(toast->isLeaving());
+    scheduler.advance(0.01);
+    EXPECT_TRUE(toast->isLeaving());
+    delete toast;
+    // A toast gone early leaves nothing behind to fire.
+    auto* early = new HiddenToastWindow(scheduler);
+    early->present();
+    delete early;
+    scheduler.advance(10.0);
 }
 
 // Control-Shift-B with any further modifier is taken, press only; anything else goes through.

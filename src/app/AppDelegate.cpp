@@ -11,6 +11,8 @@
 #include "app/BarTooltipController.h"
 #include "app/BarWindowEffects.h"
 #include "app/ChromeSyncWait.h"
+#include "app/ExtractPaletteModel.h"
+#include "app/FloatingHueShelfView.h"
 #include "app/FloatingWindow.h"
 #include "app/KeyboardModality.h"
 #include "app/LaunchArguments.h"
@@ -22,6 +24,7 @@
 #include "browser/NativeMessagingManifest.h"
 #include "exchange/PaletteFileTexts.h"
 #include "exchange/PaletteImport.h"
+#include "model/RecentColorsManager.h"
 #include "model/SettingsStore.h"
 #include "model/TemplateLoader.h"
 #include "sync/CloudServiceDetector.h"
@@ -93,11 +96,13 @@ AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platfo
                 });
     }
 
-    m_barModel = std::make_unique<BarModel>(*m_storage, *m_platform, *m_settings);
     m_appearance = std::make_unique<AppearanceController>(*m_settings, *m_platform);
-    m_window = std::make_unique<FloatingWindow>(*m_barModel);
-    m_positionStore = std::make_unique<BarPositionStore>(*m_settings, m_locations.isIsolated);
+    m_recentColors = std::make_unique<RecentColorsManager>(*m_settings);
+    // The overlays first: the bar's gestures speak through the toasts and hush the tooltips.
     createOverlays(clock, scheduler);
+    m_extractPalette = std::make_unique<ExtractPaletteModel>(*m_storage, scheduler);
+    createBar(clock, scheduler);
+    m_positionStore = std::make_unique<BarPositionStore>(*m_settings, m_locations.isIsolated);
     createBarVisibility(scheduler);
     createAuxiliaryWindows(env);
     m_shortcutPermission = std::make_unique<ShortcutPermissionModel>(*m_settings, env);
@@ -109,6 +114,28 @@ AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platfo
 }
 
 AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::createBar(Clock& clock, Scheduler& scheduler) {
+    BarModel::Services services{*m_storage,      *m_platform,     *m_settings,
+                                *m_recentColors, *m_toastManager, scheduler};
+    services.tooltips = m_tooltipController.get();
+    services.sync = m_syncManager.get();
+    services.syncNow = [this] { m_storeSync->fullSync(); };
+    services.reduceMotion = [this] { return m_appearance->reduceMotion(); };
+    services.importFile = [this](const QString& path, bool isOneOfSeveral) {
+        openPaletteFile(path, isOneOfSeveral);
+    };
+    services.extractImage = [this](const QString& path) { m_extractPalette->start(path); };
+    services.clock = &clock;
+    m_barModel = std::make_unique<BarModel>(services);
+    m_window = std::make_unique<FloatingWindow>(*m_barModel);
+    FloatingHueShelfView& view = m_window->view();
+    connect(&view, &FloatingHueShelfView::minimizeRequested, this, &AppDelegate::hideToMenuBar);
+    connect(&view, &FloatingHueShelfView::saveFailed, this, [this](const QString& message) {
+        showAlert(
+            LinkAlert{PaletteFileTexts::saveAlertTitle, message, PaletteFileTexts::alertButton});
+    });
+}
 
 void AppDelegate::createOverlays(Clock& clock, Scheduler& scheduler) {
     m_toastManager = std::make_unique<ToastManager>(scheduler, [this] {

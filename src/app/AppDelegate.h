@@ -12,6 +12,7 @@
 #include "model/ColorStorage.h"
 #include "model/ExternalChangeMonitor.h"
 #include "model/PreferencesWriter.h"
+#include "model/RecentColorsManager.h"
 #include "model/StorageLocations.h"
 #include "platform/Platform.h"
 #include "sync/IoQueue.h"
@@ -40,6 +41,7 @@ namespace hueshelf::app {
 class BarTooltip;
 class BarTooltipController;
 class ChromeSyncWait;
+class ExtractPaletteModel;
 class FloatingWindow;
 class ShortcutKeyFilter;
 class ToastWindow;
@@ -142,6 +144,7 @@ private:
     // the bar last shrank there).
     void showBar();
     void createOverlays(Clock& clock, Scheduler& scheduler);
+    void createBar(Clock& clock, Scheduler& scheduler);
     void createBarVisibility(Scheduler& scheduler);
     void createAuxiliaryWindows(const QProcessEnvironment& env);
     void openPaletteFile(const QString& path, bool isOneOfSeveral);
@@ -162,6 +165,10 @@ private:
     std::unique_ptr<SyncManager> m_syncManager;
     std::unique_ptr<IoQueue> m_syncIoQueue;
     std::unique_ptr<StoreSync> m_storeSync;
+    // The colours last copied, for the editor's strip.
+    std::unique_ptr<RecentColorsManager> m_recentColors;
+    // A dropped image on its way to a palette.
+    std::unique_ptr<ExtractPaletteModel> m_extractPalette;
     std::unique_ptr<BarModel> m_barModel;
     // The user's look (settings) over the desktop's; the menu changes it.
     std::unique_ptr<AppearanceController> m_appearance;

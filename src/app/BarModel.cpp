@@ -1,13 +1,21 @@
 #include "app/BarModel.h"
 
-#include "app/AppSettingsKeys.h"
+#include "app/BarTooltipController.h"
+#include "app/PaletteLinkShareAction.h"
+#include "app/ToastManager.h"
 #include "color/ColorUtils.h"
+#include "color/PaletteCheck.h"
+#include "exchange/PaletteFile.h"
+#include "exchange/PaletteFileSave.h"
+#include "exchange/PaletteFileTexts.h"
 #include "model/ColorStorage.h"
-#include "platform/Platform.h"
+#include "sync/SyncManager.h"
 
-#include <QSettings>
+#include <QDateTime>
 
 namespace hueshelf::app {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,50 +27,207 @@ QColor displayColorOf(const QString& hex) {
                             static_cast<float>(parsed->blue), static_cast<float>(parsed->alpha));
 }
 
-BarSwatch swatchOf(const ColorItem& color) {
-    return BarSwatch{color.id, color.name, color.hex, displayColorOf(color.hex),
-                     ColorUtils::swatchLabelIsDark(color.hex)};
-}
-
 } // namespace
 
-BarModel::BarModel(ColorStorage& storage, Platform& platform, QSettings& settings, QObject* parent)
-    : QObject(parent), m_storage(storage), m_platform(platform), m_settings(settings) {
-    connect(&m_storage, &ColorStorage::templatesChanged, this, &BarModel::changed);
-    connect(&m_storage, &ColorStorage::activeTemplateIdChanged, this, &BarModel::changed);
+BarModel::BarModel(const Services& services, QObject* parent)
+    : QObject(parent), m_services(services) {
+    m_swatchActions = std::make_unique<SwatchActions>(
+        SwatchActions::Services{services.storage, services.platform, services.settings,
+                                services.recentColors, services.toasts, services.scheduler});
+    m_hover = std::make_unique<OverflowHoverMachine>(
+        services.scheduler, [this] { return colors(); },
+        [tooltips = services.tooltips](bool suppressed) {
+            if (!tooltips)
+                return;
+            tooltips->setSuppressed(suppressed);
+            if (suppressed)
+                tooltips->hide();
+        });
+    m_drops = std::make_unique<BarDropHandler>(
+        services.toasts, BarDropHandler::Actions{services.importFile, services.extractImage,
+                                                 [this] { return reduceMotion(); },
+                                                 [this] { Q_EMIT shakeRequested(); }});
+    m_eyedropper = std::make_unique<BarEyedropper>(
+        services.platform, services.toasts, [this](const QString& hex) { addPickedColor(hex); });
+
+    ColorStorage& storage = m_services.storage;
+    connect(&storage, &ColorStorage::templatesChanged, this, &BarModel::storeChanged);
+    connect(&storage, &ColorStorage::activeTemplateIdChanged, this, &BarModel::storeChanged);
+    connect(&storage, &ColorStorage::colorAwaitingEditChanged, this,
+            &BarModel::colorAwaitingEditChanged);
+    if (SyncManager* sync = m_services.sync) {
+        connect(sync, &SyncManager::isEnabledChanged, this, &BarModel::changed);
+        connect(sync, &SyncManager::syncStatusChanged, this, &BarModel::changed);
+    }
+    storeChanged();
+}
+
+BarModel::~BarModel() {
+    m_editorWork.cancel();
+}
+
+void BarModel::storeChanged() {
+    // The check's count rides on the button, so it is worked out once per change, not per draw.
+    m_issueCount = static_cast<int>(PaletteCheck::detect(colors()).size());
+    m_eyedropper->setRefusal(isLocked() ? std::optional(BarLayout::addButtonLabel(true))
+                                        : std::nullopt);
+    Q_EMIT changed();
+}
+
+void BarModel::colorAwaitingEditChanged() {
+    const std::optional<QUuid> id = m_services.storage.colorAwaitingEdit();
+    if (!id)
+        return;
+    const QList<ColorItem> all = colors();
+    if (std::none_of(all.cbegin(), all.cend(), [&](const ColorItem& c) { return c.id == *id; }))
+        return;
+    // The list opens first, so the swatch exists by the time its editor looks for it.
+    m_hover->colorAwaitingEdit(*id);
+    m_services.storage.setColorAwaitingEdit(std::nullopt);
+    m_editorWork.cancel();
+    m_editorWork = m_services.scheduler.scheduleAfter(newColorEditorDelay,
+                                                      [this, id] { Q_EMIT editorRequested(*id); });
 }
 
 QString BarModel::paletteName() const {
-    const auto active = m_storage.activeTemplate();
-    return active ? active->name : QStringLiteral("Select");
+    const auto active = m_services.storage.activeTemplate();
+    return active ? active->name : BarLayout::noPaletteName;
+}
+
+bool BarModel::hasActivePalette() const {
+    return m_services.storage.activeTemplate().has_value();
+}
+
+bool BarModel::isLocked() const {
+    const auto active = m_services.storage.activeTemplate();
+    return active && active->isLocked;
+}
+
+QList<ColorItem> BarModel::colors() const {
+    const auto active = m_services.storage.activeTemplate();
+    return active ? active->colors : QList<ColorItem>();
 }
 
 QList<BarSwatch> BarModel::swatches() const {
     QList<BarSwatch> result;
-    if (const auto active = m_storage.activeTemplate()) {
-        result.reserve(active->colors.size());
-        for (const ColorItem& color : active->colors)
-            result.append(swatchOf(color));
+    const QList<ColorItem> all = colors();
+    result.reserve(all.size());
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        const ColorItem& color = all.at(i);
+        // The lens changes only what is drawn; the record keeps the real code for copying.
+        const QString drawn = m_lens == ColorVisionSimulation::SimulationType::normal
+                                  ? color.hex
+                                  : ColorVisionSimulation::simulated(color.hex, m_lens);
+        result.append(BarSwatch{color.id, i, color.name, color.hex, displayColorOf(drawn),
+                                ColorUtils::swatchLabelIsDark(drawn), color.isLocked,
+                                i > 0 && color.dividerBefore, color.dividerLabel});
     }
     return result;
 }
 
-std::optional<QString> BarModel::copyColor(const QUuid& colorId) {
-    const auto active = m_storage.activeTemplate();
+int BarModel::visibleCount() const {
+    return BarLayout::visibleCount(colors().size());
+}
+
+int BarModel::overflowCount() const {
+    return BarLayout::overflowCount(colors().size());
+}
+
+int BarModel::barWidth(const BarLayout::TextWidth& width) const {
+    return BarLayout::barWidth(paletteName(), colors().size(), syncEnabled(), width);
+}
+
+void BarModel::setLens(ColorVisionSimulation::SimulationType lens) {
+    if (lens == m_lens)
+        return;
+    m_lens = lens;
+    Q_EMIT changed();
+}
+
+QString BarModel::lensTooltip() const {
+    if (m_lens == ColorVisionSimulation::SimulationType::normal)
+        return ColorVisionSimulation::lensMenuTitle();
+    return u"How others see it, showing "_s + ColorVisionSimulation::lensLabel(m_lens) +
+           u" \u2014 click to change"_s;
+}
+
+QString BarModel::checkLabel() const {
+    return PaletteCheck::checkButtonTooltip(m_issueCount);
+}
+
+bool BarModel::syncEnabled() const {
+    return m_services.sync && m_services.sync->isEnabled();
+}
+
+SyncStatus::Kind BarModel::syncKind() const {
+    return m_services.sync ? m_services.sync->syncStatus().kind : SyncStatus::Kind::disabled;
+}
+
+std::optional<double> BarModel::lastSyncTime() const {
+    return m_services.sync ? m_services.sync->lastSyncTime() : std::nullopt;
+}
+
+void BarModel::syncNow() {
+    if (m_services.syncNow)
+        m_services.syncNow();
+}
+
+QList<BarModel::LensRow> BarModel::lensRows() const {
+    QList<LensRow> rows;
+    for (const auto type : ColorVisionSimulation::allSimulationTypes()) {
+        rows.append(LensRow{type, ColorVisionSimulation::lensLabel(type),
+                            ColorVisionSimulation::technicalName(type).value_or(QString()),
+                            type == m_lens});
+    }
+    return rows;
+}
+
+void BarModel::share() {
+    PaletteLinkShareAction::shareActivePalette(m_services.storage, m_services.platform);
+}
+
+QString BarModel::suggestedFileName() const {
+    return PaletteFile::saveDialogFileName(paletteName());
+}
+
+std::optional<QString> BarModel::saveActivePalette(const QString& path,
+                                                   const std::optional<QRect>& anchor) {
+    const auto active = m_services.storage.activeTemplate();
     if (!active)
         return std::nullopt;
-    for (const ColorItem& color : active->colors) {
-        if (color.id != colorId)
-            continue;
-        // The command line may have changed the format since this process read the file.
-        m_settings.sync();
-        const auto format = ColorUtils::copyFormatFromIdentifier(
-            m_settings.value(AppSettingsKeys::defaultCopyFormat).toString());
-        const QString text = ColorUtils::formattedCode(color.hex, format, color.name);
-        m_platform.setClipboardText(text);
-        return text;
+    const QString target = PaletteFile::withFileExtension(path);
+    const Clock& clock = m_services.clock ? *m_services.clock : SystemClock::instance();
+    if (auto failure = PaletteFile::savePaletteFile(
+            target, *active, QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(clock.nowMs()))))
+        return failure;
+    if (anchor) {
+        m_services.toasts.showAnchored(*anchor, PaletteFileTexts::savedToast,
+                                       PaletteFileTexts::savedIcon,
+                                       PaletteFileTexts::savedToastSeconds);
+    } else {
+        m_services.toasts.show(PaletteFileTexts::savedToast, PaletteFileTexts::savedIcon,
+                               std::nullopt, PaletteFileTexts::savedToastSeconds);
     }
     return std::nullopt;
+}
+
+void BarModel::toggleLock() {
+    m_services.storage.toggleActiveTemplateLock();
+}
+
+void BarModel::addColor() {
+    // A locked palette takes no colour; the store refuses it quietly and the button is dimmed.
+    m_services.storage.addColor();
+}
+
+void BarModel::addPickedColor(const QString& hex) {
+    const std::optional<qsizetype> index = m_services.storage.addColor(hex);
+    if (index && *index >= BarLayout::maxVisibleSwatches)
+        m_hover->pinOpen();
+}
+
+bool BarModel::reduceMotion() const {
+    return m_services.reduceMotion && m_services.reduceMotion();
 }
 
 } // namespace hueshelf::app

@@ -10,12 +10,18 @@ namespace hueshelf::app {
 // the widget only paints.
 struct BarSwatch {
     QUuid id;
+    qsizetype index = 0;
     QString name;
+    // The real code: what a click copies, whatever the lens.
     QString hex;
-    // The fill; gray when the code cannot be read.
+    // The fill as the lens shows it; gray when the code cannot be read.
     QColor displayColor;
-    // Marks drawn over the fill (hover ring, later the copied check) use dark ink when true.
+    // Marks drawn over the fill use dark ink when true.
     bool labelIsDark = false;
+    bool isLocked = false;
+    // The gutter in front of the swatch: whether a group starts here, and its name.
+    bool showsDivider = false;
+    QString dividerLabel;
 
     friend bool operator==(const BarSwatch&, const BarSwatch&) = default;
 };

@@ -2,15 +2,15 @@
 
 #include "app/BarModel.h"
 #include "app/BarPositionStore.h"
-#include "app/BarTooltip.h"
-#include "app/CompactColorSwatch.h"
+#include "app/FloatingHueShelfView.h"
 #include "app/MenuFiller.h"
+#include "app/PaletteChip.h"
 #include "app/WindowDragView.h"
+#include "app/WindowStyle.h"
 
 #include <QContextMenuEvent>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QMenu>
+#include <QMimeData>
 #include <QMoveEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -20,9 +20,6 @@ namespace hueshelf::app {
 namespace {
 
 constexpr qreal kChromeRadius = 10.0;
-constexpr int kSwatchGap = 6;
-// Longer palette names are cut so the bar keeps its shape; the tooltip has the whole name.
-constexpr int kNameMaxWidth = 160;
 
 QPainterPath chromePath(const QRectF& rect) {
     QPainterPath path;
@@ -39,72 +36,53 @@ FloatingWindow::FloatingWindow(BarModel& model, QWidget* parent)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setFocusPolicy(Qt::NoFocus);
     setWindowTitle(QStringLiteral("HueShelf"));
+    setAcceptDrops(true);
 
-    auto* row = new QHBoxLayout(this);
-    row->setSizeConstraint(QLayout::SetFixedSize);
-    row->setContentsMargins(4, 8, 10, 8);
-    row->setSpacing(10);
+    m_view = new FloatingHueShelfView(model, this);
+    connect(&m_model, &BarModel::changed, this, &FloatingWindow::updateWidth);
+    updateWidth();
+}
 
-    m_dragView = new WindowDragView(this);
-    row->addWidget(m_dragView);
+QSize FloatingWindow::sizeHint() const {
+    return {m_model.barWidth(BarLayout::systemTextWidth()), barHeight};
+}
 
-    m_nameLabel = new QLabel(this);
-    QFont font = m_nameLabel->font();
-    font.setWeight(QFont::Medium);
-    m_nameLabel->setFont(font);
-    m_nameLabel->setForegroundRole(QPalette::PlaceholderText);
-    row->addWidget(m_nameLabel);
+void FloatingWindow::updateWidth() {
+    // Arithmetic from the name, the count and the sync flag: no layout pass is waited for.
+    setFixedSize(sizeHint());
+}
 
-    m_swatchRow = new QHBoxLayout();
-    m_swatchRow->setSpacing(kSwatchGap);
-    row->addLayout(m_swatchRow);
+WindowDragView* FloatingWindow::dragView() const {
+    return m_view->dragView();
+}
 
-    connect(&m_model, &BarModel::changed, this, &FloatingWindow::rebuild);
-    rebuild();
+QList<CompactColorSwatch*> FloatingWindow::swatchWidgets() const {
+    return m_view->swatchWidgets();
 }
 
 QString FloatingWindow::shownPaletteName() const {
-    return m_nameLabel->text();
-}
-
-void FloatingWindow::rebuild() {
-    const QString name = m_model.paletteName();
-    const QString shown =
-        m_nameLabel->fontMetrics().elidedText(name, Qt::ElideRight, kNameMaxWidth);
-    m_nameLabel->setText(shown);
-    BarTooltip::attach(m_nameLabel, shown == name ? QString() : name);
-
-    // A click may be on its way through an old swatch, so old ones go once it has passed.
-    for (CompactColorSwatch* old : std::as_const(m_swatches)) {
-        m_swatchRow->removeWidget(old);
-        old->hide();
-        old->deleteLater();
-    }
-    m_swatches.clear();
-
-    const QList<BarSwatch> swatches = m_model.swatches();
-    for (const BarSwatch& swatch : swatches) {
-        auto* widget = new CompactColorSwatch(swatch, this);
-        connect(widget, &CompactColorSwatch::clicked, this,
-                [this, id = swatch.id] { m_model.copyColor(id); });
-        m_swatchRow->addWidget(widget);
-        // Shown now rather than on the next turn of the loop, so the size below counts it.
-        widget->show();
-        m_swatches.append(widget);
-    }
-    layout()->activate();
+    return m_view->paletteChip()->shownName();
 }
 
 void FloatingWindow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    const QPainterPath chrome = chromePath(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
     painter.setBrush(palette().color(QPalette::Window));
     painter.setPen(QPen(palette().color(QPalette::Mid), 1.0));
-    painter.drawPath(chromePath(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5)));
+    painter.drawPath(chrome);
+    if (m_isBarDropHover) {
+        QColor fill = WindowStyle::accent();
+        fill.setAlphaF(0.06f);
+        painter.setBrush(fill);
+        painter.setPen(QPen(WindowStyle::accent(), 2.0));
+        painter.drawPath(chromePath(QRectF(rect()).adjusted(1, 1, -1, -1)));
+    }
 }
 
 void FloatingWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    m_view->setGeometry(m_view->x(), 2, width(), height() - 4);
     // A mask rather than a translucent window: it gives round corners on X servers without a
     // compositor too, where translucent corners would show black.
     setMask(QRegion(chromePath(QRectF(rect())).toFillPolygon().toPolygon()));
@@ -112,7 +90,7 @@ void FloatingWindow::resizeEvent(QResizeEvent* event) {
 
 void FloatingWindow::setPositionStore(BarPositionStore* store) {
     m_positionStore = store;
-    m_dragView->setPositionStore(store);
+    m_view->dragView()->setPositionStore(store);
 }
 
 void FloatingWindow::moveEvent(QMoveEvent* event) {
@@ -143,6 +121,35 @@ void FloatingWindow::contextMenuEvent(QContextMenuEvent* event) {
     fillMenu(*menu, m_menuProvider());
     menu->popup(event->globalPos());
     event->accept();
+}
+
+void FloatingWindow::setBarDropHover(bool hover) {
+    if (m_isBarDropHover == hover)
+        return;
+    m_isBarDropHover = hover;
+    update();
+}
+
+void FloatingWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!event->mimeData()->hasUrls()) {
+        event->ignore();
+        return;
+    }
+    event->acceptProposedAction();
+    setBarDropHover(true);
+}
+
+void FloatingWindow::dragLeaveEvent(QDragLeaveEvent* event) {
+    QWidget::dragLeaveEvent(event);
+    setBarDropHover(false);
+}
+
+void FloatingWindow::dropEvent(QDropEvent* event) {
+    setBarDropHover(false);
+    if (m_model.drops().handleBarDrop(event->mimeData()->urls()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
 }
 
 } // namespace hueshelf::app

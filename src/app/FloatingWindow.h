@@ -7,22 +7,22 @@
 
 #include <functional>
 
-class QHBoxLayout;
-class QLabel;
-
 namespace hueshelf::app {
 
 class BarModel;
 class BarPositionStore;
 class CompactColorSwatch;
+class FloatingHueShelfView;
 class WindowDragView;
 
-// The bar: a frameless window over all others that never takes the focus, as wide as its
-// content. It draws the model and forwards clicks to it; only the grip at its left end moves it.
+// The bar: a frameless window over all others that never takes the focus, exactly as wide as
+// the bar's width rule says, resized the moment the palette changes. It holds the row in its
+// rounded chrome and takes files dropped anywhere on it.
 class FloatingWindow final : public QWidget {
     Q_OBJECT
 public:
     using MenuProvider = std::function<QList<MenuEntry>()>;
+    static constexpr int barHeight = 44;
 
     explicit FloatingWindow(BarModel& model, QWidget* parent = nullptr);
 
@@ -33,26 +33,31 @@ public:
     // the launch has placed the bar, so that the launch's own placing isn't stored.
     void setPositionStore(BarPositionStore* store);
 
-    WindowDragView* dragView() const { return m_dragView; }
-    QList<CompactColorSwatch*> swatchWidgets() const { return m_swatches; }
+    FloatingHueShelfView& view() const { return *m_view; }
+    WindowDragView* dragView() const;
+    QList<CompactColorSwatch*> swatchWidgets() const;
     QString shownPaletteName() const;
+    bool isBarDropHover() const { return m_isBarDropHover; }
+    QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
-    void rebuild();
+    void updateWidth();
+    void setBarDropHover(bool hover);
 
     BarModel& m_model;
-    WindowDragView* m_dragView = nullptr;
+    FloatingHueShelfView* m_view = nullptr;
     BarPositionStore* m_positionStore = nullptr;
-    QLabel* m_nameLabel = nullptr;
-    QHBoxLayout* m_swatchRow = nullptr;
-    QList<CompactColorSwatch*> m_swatches;
     MenuProvider m_menuProvider;
+    bool m_isBarDropHover = false;
 };
 
 } // namespace hueshelf::app

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace hueshelf {
 
@@ -18,6 +19,16 @@ struct DesktopPreferences {
     bool reduceMotion = false;
 
     friend bool operator==(const DesktopPreferences&, const DesktopPreferences&) = default;
+};
+
+// A colour taken from the screen, as sRGB components that should lie in 0..1. A picker may
+// hand over values outside that range or not finite at all; the caller decides what they mean.
+struct SampledColor {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+
+    friend bool operator==(const SampledColor&, const SampledColor&) = default;
 };
 
 // Everything the shell needs from the desktop it runs on. One backend per platform is chosen
@@ -53,6 +64,11 @@ public:
 
     // A web page or a desktop settings page, in the handler the desktop has for it.
     virtual bool openUrl(const QUrl& url) = 0;
+
+    // Lets the user pick one point of the screen. `done` runs once on the main thread, later,
+    // with the colour or with nothing when the user cancelled or no picker could be shown.
+    using ColorPicked = std::function<void(std::optional<SampledColor>)>;
+    virtual void pickScreenColor(ColorPicked done) = 0;
 };
 
 // The backend of the platform this build is for; it keeps its files under the given paths.

@@ -1,4 +1,5 @@
 #include "AppTestSupport.h"
+#include "BarTestSupport.h"
 #include "TempHome.h"
 #include "app/AppDelegate.h"
 #include "app/BarModel.h"
@@ -74,16 +75,14 @@ TEST_F(Shell, BarModelDrawsAndCopiesTheActivePalette) {
                                                      {u"Alpha first"_s, u"80FF0000"_s},
                                                      {u"Broken"_s, u"not a colour"_s}});
     const ColorTemplate other = palette(u"Other"_s, {{u"B"_s, u"#FFFFFF"_s}});
-    testing::TestStore store({other, shown}, QUuid::createUuid());
-    FakePlatform fake;
-    QSettings settings(settingsPath(), QSettings::IniFormat);
-    BarModel model(*store.store, fake, settings);
-    EXPECT_EQ(model.paletteName(), u"Select"_s);
-    EXPECT_EQ(model.copyColor(shown.colors[0].id), std::nullopt);
-    store.store->selectTemplate(shown.id);
-    EXPECT_EQ(model.swatches().value(2).displayColor, QColor::fromRgbF(0.5f, 0.5f, 0.5f));
-    EXPECT_EQ(model.copyColor(other.colors[0].id), std::nullopt);
-    EXPECT_TRUE(fake.clipboardHistory().isEmpty());
+    testing::BarHarness bar({other, shown}, QUuid::createUuid());
+    SwatchActions& actions = bar.model->swatchActions();
+    EXPECT_EQ(bar.model->paletteName(), u"Select"_s);
+    EXPECT_EQ(actions.copyColor(shown.colors[0].id, std::nullopt), std::nullopt);
+    bar.store.store->selectTemplate(shown.id);
+    EXPECT_EQ(bar.model->swatches().value(2).displayColor, QColor::fromRgbF(0.5f, 0.5f, 0.5f));
+    EXPECT_EQ(actions.copyColor(other.colors[0].id, std::nullopt), std::nullopt);
+    EXPECT_TRUE(bar.platform.clipboardHistory().isEmpty());
     const std::pair<QByteArray, QString> cases[] = {
         {"[General]\ndefaultCopyFormat=\"tailwind\"\n", u"bg-[#3B8077]"_s},
         {"[General]\ndefaultCopyFormat=hex\n", u"#3B8077"_s},
@@ -91,7 +90,7 @@ TEST_F(Shell, BarModelDrawsAndCopiesTheActivePalette) {
     };
     int seconds = 0;
     for (const auto& [contents, expected] : cases) {
-        QFile file(settingsPath());
+        QFile file(bar.settings.fileName());
         ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.write(contents);
         // Flushed first: a flush at close() would stamp the file with the present again.
@@ -99,8 +98,9 @@ TEST_F(Shell, BarModelDrawsAndCopiesTheActivePalette) {
         file.setFileTime(QDateTime::currentDateTime().addSecs(seconds += 2),
                          QFileDevice::FileModificationTime);
         file.close();
-        EXPECT_EQ(model.copyColor(shown.colors[0].id), std::optional<QString>(expected));
-        EXPECT_EQ(fake.clipboardText(), expected);
+        EXPECT_EQ(actions.copyColor(shown.colors[0].id, std::nullopt),
+                  std::optional<QString>(expected));
+        EXPECT_EQ(bar.platform.clipboardText(), expected);
     }
 }
 

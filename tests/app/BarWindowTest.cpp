@@ -1,4 +1,5 @@
 #include "AppTestSupport.h"
+#include "BarTestSupport.h"
 #include "ManualClock.h"
 #include "ManualScheduler.h"
 #include "TempHome.h"
@@ -314,10 +315,9 @@ void sendMouse(QWidget* widget, QEvent::Type type, QPoint global, Qt::MouseButto
 // the reset's move are remembered, and an isolated run writes nothing.
 TEST_F(BarPositionStoreTest, TheBarLaunchesDragsAndRemembers) {
     testing::ensureApplication();
-    testing::TestStore store{{testing::palette(u"One"_s, {{u"Ink"_s, u"#101010"_s}})}};
-    FakePlatform platform;
+    testing::BarHarness bar{{testing::palette(u"One"_s, {{u"Ink"_s, u"#101010"_s}})}};
+    BarModel& model = *bar.model;
     QSettings settings{file(), QSettings::IniFormat};
-    BarModel model{*store.store, platform, settings};
     BarPositionStore positions(settings, false);
     positions.save({5000, 5000});
     const QRect frame = QGuiApplication::primaryScreen()->availableGeometry();

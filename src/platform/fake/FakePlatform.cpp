@@ -1,5 +1,7 @@
 #include "platform/fake/FakePlatform.h"
 
+#include <utility>
+
 namespace hueshelf {
 
 void FakePlatform::setClipboardText(const QString& text) {
@@ -35,6 +37,18 @@ bool FakePlatform::setLaunchAtLogin(bool enabled) {
 bool FakePlatform::openUrl(const QUrl& url) {
     m_openedUrls.append(url);
     return true;
+}
+
+void FakePlatform::pickScreenColor(ColorPicked done) {
+    ++m_pickRequests;
+    m_pickDone = std::move(done);
+}
+
+void FakePlatform::finishPick(std::optional<SampledColor> color) {
+    // Taken out first: the handler may well ask for the next pick.
+    auto done = std::exchange(m_pickDone, nullptr);
+    if (done)
+        done(color);
 }
 
 } // namespace hueshelf

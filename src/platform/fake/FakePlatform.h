@@ -28,6 +28,7 @@ public:
 
     bool setLaunchAtLogin(bool enabled) override;
     bool openUrl(const QUrl& url) override;
+    void pickScreenColor(ColorPicked done) override;
 
     void setHostName(const QString& name) { m_hostName = name; }
     // Every text the shell put on the clipboard, oldest first.
@@ -45,6 +46,12 @@ public:
 
     const QList<QUrl>& openedUrls() const { return m_openedUrls; }
 
+    // How many times the shell asked for a pick, and whether one waits for the user.
+    int pickRequestCount() const { return m_pickRequests; }
+    bool isPicking() const { return static_cast<bool>(m_pickDone); }
+    // The user ends the waiting pick: a colour, or nothing for a cancel.
+    void finishPick(std::optional<SampledColor> color);
+
 private:
     QString m_hostName = QStringLiteral("test-host");
     QString m_clipboard;
@@ -56,6 +63,8 @@ private:
     bool m_launchAtLoginFails = false;
     bool m_launchAtLogin = false;
     QList<QUrl> m_openedUrls;
+    int m_pickRequests = 0;
+    ColorPicked m_pickDone;
 };
 
 } // namespace hueshelf

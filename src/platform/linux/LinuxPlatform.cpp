@@ -92,4 +92,11 @@ bool LinuxPlatform::openUrl(const QUrl& url) {
     return QDesktopServices::openUrl(url);
 }
 
+void LinuxPlatform::pickScreenColor(ColorPicked done) {
+    // No picker on this desktop yet: the pick ends as a cancel would.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [done = std::move(done)] { done(std::nullopt); },
+        Qt::QueuedConnection);
+}
+
 } // namespace hueshelf

@@ -26,6 +26,7 @@ public:
     bool hasGlobalShortcut() const override;
     bool setLaunchAtLogin(bool enabled) override;
     bool openUrl(const QUrl& url) override;
+    void pickScreenColor(ColorPicked done) override;
 
 private:
     AppPaths m_paths;

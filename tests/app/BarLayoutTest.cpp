@@ -1,0 +1,163 @@
+#include "app/BarLayout.h"
+
+#include "app/BarDropHandler.h"
+#include "app/BarEyedropper.h"
+#include "app/ShakeMotion.h"
+#include "app/SwatchAppearance.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace hueshelf::app {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// 6 points a character, 7 in medium weight, plus a fraction that must be rounded up.
+double fixedWidth(const QString& text, bool medium) {
+    return text.size() * (medium ? 7.0 : 6.0) + 0.25;
+}
+
+TEST(BarLayout, WidthFollowsTheNameTheCountAndSync) {
+    const int brand = 8 * 7 + 1 + 18; // "HueShelf", rounded up
+    const int fixedTail = 1 + 237 + 1 + 80;
+    struct Case {
+        QString name;
+        int colors;
+        bool sync;
+        int expected;
+    };
+    // A 25-character name measures 150.25 → 151 + 2 = 153; 26 → 159; 27 → 165 (over 160).
+    const QString name25(25, u'x'), name26(26, u'x'), name27(27, u'x');
+    const Case cases[] = {
+        {name25, 0, false, 24 + 0 + 34 + brand + 153 + 75 + fixedTail},
+        {name25, 1, false, 24 + 0 + 28 + 34 + brand + 153 + 75 + fixedTail},
+        {name25, 6, false, 24 + 0 + 6 * 28 + 5 * 6 + 34 + brand + 153 + 75 + fixedTail},
+        {name25, 7, false, 24 + 34 + 6 * 28 + 5 * 6 + 34 + brand + 153 + 75 + fixedTail},
+        {name25, 70, true, 54 + 34 + 6 * 28 + 5 * 6 + 34 + brand + 153 + 75 + fixedTail},
+        {name26, 3, false, 24 + 3 * 28 + 2 * 6 + 34 + brand + 159 + 75 + fixedTail},
+        {name27, 3, false, 24 + 3 * 28 + 2 * 6 + 34 + brand + 235 + fixedTail},
+        {QString(400, u'x'), 3, false, 24 + 3 * 28 + 2 * 6 + 34 + brand + 235 + fixedTail},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name.size() * 100 + c.colors);
+        EXPECT_EQ(BarLayout::barWidth(c.name, c.colors, c.sync, fixedWidth), c.expected);
+    }
+    EXPECT_EQ(BarLayout::chipTooltip(name26, fixedWidth), u"Switch palette"_s);
+    EXPECT_EQ(BarLayout::chipTooltip(name27, fixedWidth), name27 + u". Switch palette"_s);
+    EXPECT_EQ(BarLayout::chipAccessibleLabel(u"Brand"_s),
+              u"Palette: Brand. Switch or make a palette"_s);
+}
+
+TEST(BarLayout, CountsLabelsAndTheOverflowList) {
+    EXPECT_EQ(BarLayout::visibleCount(6), 6);
+    EXPECT_EQ(BarLayout::overflowCount(6), 0);
+    EXPECT_EQ(BarLayout::visibleCount(7), 6);
+    EXPECT_EQ(BarLayout::overflowCount(7), 1);
+    EXPECT_EQ(BarLayout::overflowAccessibleLabel(1), u"1 more color"_s);
+    EXPECT_EQ(BarLayout::overflowAccessibleLabel(12), u"12 more colors"_s);
+    EXPECT_EQ(BarLayout::minimizeLabel(std::nullopt), u"Minimize to the menu bar"_s);
+    EXPECT_EQ(BarLayout::minimizeLabel(u"Ctrl+Shift+B"_s),
+              u"Minimize to the menu bar (Ctrl+Shift+B)"_s);
+
+    auto section = [](int ids) {
+        PaletteGroups::OverflowSection s;
+        for (int i = 0; i < ids; ++i)
+            s.ids.append(QUuid::createUuid());
+        return s;
+    };
+    const std::pair<QList<PaletteGroups::OverflowSection>, int> columns[] = {
+        {{}, 2}, {{section(1)}, 2}, {{section(1), section(4)}, 4}, {{section(9)}, 6}};
+    for (const auto& [sections, expected] : columns)
+        EXPECT_EQ(BarLayout::overflowColumns(sections), expected);
+    EXPECT_EQ(BarLayout::overflowPopoverWidth(2), 2 * 40 + 8 + 24);
+    EXPECT_EQ(BarLayout::overflowPopoverWidth(6), 6 * 40 + 5 * 8 + 24);
+}
+
+TEST(BarLayout, SyncButtonWords) {
+    using Kind = SyncStatus::Kind;
+    const std::tuple<Kind, QString, QString> rows[] = {
+        {Kind::disabled, u"Sync disabled"_s, u"Cloud sync is turned off"_s},
+        {Kind::syncing, u"Syncing..."_s, u"Syncing changes..."_s},
+        {Kind::synced, u"Synced - Click to sync now"_s,
+         u"All changes are up to date. Click to sync now."_s},
+        {Kind::offline, u"Offline - Click to retry"_s, u"Cloud folder not accessible"_s},
+        {Kind::error, u"Sync error - Click to retry"_s,
+         u"There was a problem syncing. Click to retry."_s},
+    };
+    for (const auto& [kind, label, detail] : rows) {
+        EXPECT_EQ(BarLayout::syncLabel(kind), label);
+        EXPECT_EQ(BarLayout::syncDetail(kind), detail);
+    }
+    EXPECT_EQ(BarLayout::syncTooltip(Kind::synced, std::nullopt, 0),
+              u"Synced\nAll changes are up to date. Click to sync now."_s);
+    EXPECT_EQ(
+        BarLayout::syncTooltip(Kind::error, 1000.0, 1000.0 + 5 * 60'000),
+        u"Sync Error\nThere was a problem syncing. Click to retry.\nLast synced 5 minutes ago"_s);
+}
+
+TEST(BarDropHandler, ClassifiesByTheLowerCasedExtension) {
+    using Kind = BarDropHandler::Kind;
+    const std::pair<QString, Kind> cases[] = {
+        {u"/a/PHOTO.JPG"_s, Kind::image},
+        {u"/a/b.heif"_s, Kind::image},
+        {u"/a/b.Tif"_s, Kind::image},
+        {u"/a/Brand.HueShelf"_s, Kind::paletteFile},
+        {u"/a/b.hueshelf.txt"_s, Kind::neither},
+        {u"/a/hueshelf"_s, Kind::neither},
+        {u"/a.png/readme"_s, Kind::neither},
+        {u"/a/b.svg"_s, Kind::neither},
+    };
+    for (const auto& [path, kind] : cases) {
+        SCOPED_TRACE(path.toStdString());
+        EXPECT_EQ(BarDropHandler::classify(QUrl::fromLocalFile(path)), kind);
+    }
+}
+
+TEST(BarEyedropper, ComponentsBecomeACodeRoundedHalfAwayFromZero) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    const std::pair<SampledColor, std::optional<QString>> cases[] = {
+        {{0, 0.5, 1}, u"#0080FF"_s},
+        {{0.25, 0.75, 0.002}, u"#40BF01"_s}, // 63.75, 191.25, 0.51
+        {{-0.1, 1.2, 0.2}, u"#00FF33"_s},    // a wide-gamut pick takes the nearest code
+        {{nan, 0, 0}, std::nullopt},
+        {{0, inf, 0}, std::nullopt},
+        {{0, 0, 1e300}, std::nullopt},
+    };
+    for (const auto& [color, expected] : cases)
+        EXPECT_EQ(BarEyedropper::hexFromComponents(color), expected);
+}
+
+TEST(SwatchAppearance, StatesAndReducedMotion) {
+    const SwatchState hovered{.isHovered = true};
+    EXPECT_DOUBLE_EQ(SwatchAppearance::of(hovered, false).scale, 1.02);
+    EXPECT_DOUBLE_EQ(SwatchAppearance::of(hovered, true).scale, 1.0);
+    EXPECT_DOUBLE_EQ(SwatchAppearance::of({.isHovered = true, .isBeingDragged = true}, false).scale,
+                     1.0);
+    const SwatchAppearance target = SwatchAppearance::of({.isDropTarget = true}, true);
+    EXPECT_DOUBLE_EQ(target.scale, 1.0);
+    EXPECT_TRUE(target.dropRing);
+    EXPECT_FALSE(target.animates);
+    const SwatchAppearance dimmed = SwatchAppearance::of({.isDimmed = true}, false);
+    EXPECT_DOUBLE_EQ(dimmed.opacity, 0.35);
+    EXPECT_DOUBLE_EQ(dimmed.saturation, 0.85);
+    const SwatchAppearance emphasized =
+        SwatchAppearance::of({.isEmphasized = true, .isLocked = true}, false);
+    EXPECT_DOUBLE_EQ(emphasized.scale, 1.1);
+    EXPECT_TRUE(emphasized.shadow && emphasized.lockBadge && !emphasized.checkMark);
+}
+
+TEST(ShakeMotion, KicksLeftAndSettles) {
+    EXPECT_DOUBLE_EQ(ShakeMotion::offset(0), -8.0);
+    bool swungRight = false;
+    for (double t = 0; t < ShakeMotion::duration; t += 0.005)
+        swungRight = swungRight || ShakeMotion::offset(t) > 0;
+    EXPECT_TRUE(swungRight); // underdamped: it overshoots
+    EXPECT_LT(std::abs(ShakeMotion::offset(ShakeMotion::duration)), 0.1);
+}
+
+} // namespace
+} // namespace hueshelf::app

@@ -1,0 +1,157 @@
+#include "BarTestSupport.h"
+#include "GroupNotation.h"
+#include "app/CompactColorSwatch.h"
+#include "app/FloatingHueShelfView.h"
+#include "app/FloatingWindow.h"
+#include "app/OverflowButton.h"
+#include "app/OverflowPopover.h"
+#include "app/SwatchGutter.h"
+
+#include <QMimeData>
+#include <QMouseEvent>
+
+#include <gtest/gtest.h>
+
+namespace hueshelf::app {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::BarHarness;
+using testing::numberedColors;
+using testing::palette;
+
+class BarView : public ::testing::Test {
+protected:
+    void SetUp() override { testing::ensureApplication(); }
+    static void settle() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+    static void click(QWidget* widget) {
+        const QPointF at = QRectF(widget->rect()).center();
+        QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &press);
+        QMouseEvent release(QEvent::MouseButtonRelease, at, widget->mapToGlobal(at), Qt::LeftButton,
+                            Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &release);
+    }
+    // A drag of `mime` over `widget` and a drop there; answers whether it was accepted.
+    static bool drop(QWidget* widget, QMimeData& mime) {
+        const QPoint at = widget->rect().center();
+        QDragEnterEvent enter(at, Qt::MoveAction | Qt::CopyAction, &mime, Qt::LeftButton,
+                              Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &enter);
+        QDropEvent dropped(QPointF(at), Qt::MoveAction | Qt::CopyAction, &mime, Qt::LeftButton,
+                           Qt::NoModifier);
+        QCoreApplication::sendEvent(widget, &dropped);
+        return dropped.isAccepted();
+    }
+};
+
+// The window takes the width rule's value, at once, whenever the palette changes; the seventh
+// colour brings the overflow button.
+TEST_F(BarView, TheWindowFollowsTheWidthRuleAndTheOverflowButtonCounts) {
+    BarHarness bar({palette(u"Brand"_s, numberedColors(6))});
+    FloatingWindow window(*bar.model);
+    const auto expected = [&] { return bar.model->barWidth(BarLayout::systemTextWidth()); };
+    EXPECT_EQ(window.width(), expected());
+    EXPECT_EQ(window.swatchWidgets().size(), 6);
+    EXPECT_TRUE(window.view().overflowButton()->isHidden());
+    const int six = window.width();
+
+    bar.model->addColor();
+    settle();
+    EXPECT_EQ(window.width(), six + 34);
+    EXPECT_EQ(window.swatchWidgets().size(), 6);
+    EXPECT_FALSE(window.view().overflowButton()->isHidden());
+    EXPECT_EQ(window.view().overflowButton()->text(), u"+1"_s);
+    EXPECT_EQ(window.view().overflowButton()->accessibleName(), u"1 more color"_s);
+
+    bar.store.store->renameActiveTemplate(QString(80, u'W'));
+    EXPECT_EQ(window.width(), expected());
+    EXPECT_TRUE(window.shownPaletteName().endsWith(u'\u2026'));
+}
+
+TEST_F(BarView, AClickCopiesAndTheCheckMarkComesAndGoes) {
+    BarHarness bar({palette(u"P"_s, numberedColors(3))});
+    FloatingWindow window(*bar.model);
+    CompactColorSwatch* second = window.swatchWidgets().at(1);
+    EXPECT_EQ(second->accessibleName(), u"C1, "_s + bar.colors()[1].hex);
+    click(second);
+    EXPECT_EQ(bar.platform.clipboardText(), bar.colors()[1].hex);
+    EXPECT_TRUE(second->state().showingCopiedFeedback);
+    bar.store.scheduler.advance(0.6);
+    EXPECT_FALSE(second->state().showingCopiedFeedback);
+}
+
+TEST_F(BarView, ASwatchDroppedOnAnotherExchangesThem) {
+    BarHarness bar({palette(u"P"_s, numberedColors(4, {2}))});
+    FloatingWindow window(*bar.model);
+    QMimeData payload;
+    payload.setText(u"SWATCH-0"_s);
+    EXPECT_TRUE(drop(window.swatchWidgets().at(3), payload));
+    EXPECT_EQ(bar.colors()[3].name, u"C0"_s);
+    settle();
+    // Onto a locked colour: refused with its toast, nothing moves.
+    payload.setText(u"SWATCH-1"_s);
+    EXPECT_FALSE(drop(window.swatchWidgets().at(2), payload));
+    EXPECT_EQ(bar.toastText(), u"Unlock this color to move it"_s);
+    EXPECT_EQ(bar.colors()[1].name, u"C1"_s);
+}
+
+TEST_F(BarView, FilesDroppedOnTheBar) {
+    BarHarness bar({palette(u"P"_s, numberedColors(2))});
+    FloatingWindow window(*bar.model);
+    QMimeData files;
+    files.setUrls(
+        {QUrl::fromLocalFile(u"/x/a.hueshelf"_s), QUrl::fromLocalFile(u"/x/b.hueshelf"_s)});
+    EXPECT_TRUE(drop(&window, files));
+    EXPECT_EQ(bar.imported, QStringList{u"/x/a.hueshelf +more"_s});
+
+    files.setUrls(
+        {QUrl::fromLocalFile(u"/x/notes.txt"_s), QUrl::fromLocalFile(u"/x/a.hueshelf"_s)});
+    EXPECT_FALSE(drop(&window, files));
+    EXPECT_EQ(bar.toastText(), u"Please drop an image or .hueshelf file"_s);
+    EXPECT_EQ(bar.shakes, 1);
+    EXPECT_FALSE(window.isBarDropHover());
+    bar.reduceMotion = true;
+    EXPECT_FALSE(drop(&window, files));
+    EXPECT_EQ(bar.shakes, 1); // the toast alone
+
+    files.setUrls({QUrl::fromLocalFile(u"/x/A.PNG"_s), QUrl::fromLocalFile(u"/x/b.png"_s)});
+    EXPECT_TRUE(drop(&window, files));
+    EXPECT_EQ(bar.toastText(), u"One file at a time"_s);
+    EXPECT_EQ(bar.extracted, QStringList{u"/x/A.PNG"_s});
+}
+
+// Hovering a divider whose group reaches past the bar lights the group, dims the rest and, after
+// the peek, shows the list with the hidden colours in their sections.
+TEST_F(BarView, AHoveredGroupPeeksIntoTheList) {
+    BarHarness bar(
+        {ColorTemplate::makeNew(u"P"_s, testing::colorsFrom(u"a b c d Tail|e f g h"_s), 0)});
+    FloatingWindow window(*bar.model);
+    window.show();
+    const QList<SwatchGutter*> gutters = window.view().gutters();
+    ASSERT_EQ(gutters.size(), 5);
+    SwatchGutter* divider = gutters.at(3);
+    EXPECT_TRUE(divider->showsDivider());
+    EXPECT_EQ(divider->width(), 14);
+    QEnterEvent enter(QPointF(2, 2), QPointF(2, 2), QPointF(2, 2));
+    QCoreApplication::sendEvent(divider, &enter);
+    EXPECT_TRUE(window.swatchWidgets().at(0)->state().isDimmed);
+    EXPECT_TRUE(window.swatchWidgets().at(4)->state().isEmphasized);
+    bar.store.scheduler.advance(0.32);
+    OverflowPopover* list = window.view().overflowPopover();
+    EXPECT_TRUE(list->isVisible());
+    ASSERT_EQ(list->swatchWidgets().size(), 2);
+    EXPECT_EQ(list->swatchWidgets().at(0)->swatch().name, u"g"_s);
+    EXPECT_EQ(list->width(), BarLayout::overflowPopoverWidth(2));
+
+    // A click in the list copies like the bar; a press elsewhere dismisses it.
+    click(list->swatchWidgets().at(1));
+    EXPECT_EQ(bar.platform.clipboardText(), bar.colors()[7].hex);
+    click(window.swatchWidgets().at(0));
+    EXPECT_FALSE(list->isVisible());
+    EXPECT_FALSE(window.swatchWidgets().at(0)->state().isDimmed);
+}
+
+} // namespace
+} // namespace hueshelf::app

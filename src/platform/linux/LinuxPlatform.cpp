@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "platform/linux/ScreenSamplerOverlay.h"
+
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -92,11 +94,15 @@ bool LinuxPlatform::openUrl(const QUrl& url) {
     return QDesktopServices::openUrl(url);
 }
 
+// The portal first, where one runs, since on Wayland nothing else may see the screen; the
+// overlay of still pictures where none does.
 void LinuxPlatform::pickScreenColor(ColorPicked done) {
-    // No picker on this desktop yet: the pick ends as a cancel would.
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [done = std::move(done)] { done(std::nullopt); },
-        Qt::QueuedConnection);
+    if (!m_colorPicker) {
+        m_colorPicker = std::make_unique<PortalColorPicker>([](ColorPicked fallbackDone) {
+            ScreenSamplerOverlay::pickFromScreens(std::move(fallbackDone));
+        });
+    }
+    m_colorPicker->pick(std::move(done));
 }
 
 } // namespace hueshelf

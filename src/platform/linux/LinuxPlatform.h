@@ -2,6 +2,7 @@
 
 #include "platform/Platform.h"
 #include "platform/linux/DesktopSettingsPortal.h"
+#include "platform/linux/PortalColorPicker.h"
 #include "platform/linux/PortalGlobalShortcut.h"
 #include "platform/linux/X11GlobalShortcut.h"
 #include "platform/linux/XdgAutostart.h"
@@ -35,6 +36,8 @@ private:
     // Only in a Wayland session, where X11 grabs hear keys only while an X11 window has focus.
     std::unique_ptr<PortalGlobalShortcut> m_portalShortcut;
     XdgAutostart m_autostart;
+    // Made at the first pick: most runs never pick and need not touch the session bus for it.
+    std::unique_ptr<PortalColorPicker> m_colorPicker;
 };
 
 } // namespace hueshelf

@@ -182,8 +182,19 @@ QList<BarModel::LensRow> BarModel::lensRows() const {
     return rows;
 }
 
-void BarModel::share() {
-    PaletteLinkShareAction::shareActivePalette(m_services.storage, m_services.platform);
+void BarModel::share(const std::optional<QRect>& anchor) {
+    const auto toast =
+        PaletteLinkShareAction::shareActivePalette(m_services.storage, m_services.platform);
+    if (toast)
+        showToast(anchor, toast->message, toast->icon, toast->seconds);
+}
+
+void BarModel::showToast(const std::optional<QRect>& anchor, const QString& message,
+                         const QString& icon, double seconds) {
+    if (anchor)
+        m_services.toasts.showAnchored(*anchor, message, icon, seconds);
+    else
+        m_services.toasts.show(message, icon, std::nullopt, seconds);
 }
 
 QString BarModel::suggestedFileName() const {
@@ -200,14 +211,8 @@ std::optional<QString> BarModel::saveActivePalette(const QString& path,
     if (auto failure = PaletteFile::savePaletteFile(
             target, *active, QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(clock.nowMs()))))
         return failure;
-    if (anchor) {
-        m_services.toasts.showAnchored(*anchor, PaletteFileTexts::savedToast,
-                                       PaletteFileTexts::savedIcon,
-                                       PaletteFileTexts::savedToastSeconds);
-    } else {
-        m_services.toasts.show(PaletteFileTexts::savedToast, PaletteFileTexts::savedIcon,
-                               std::nullopt, PaletteFileTexts::savedToastSeconds);
-    }
+    showToast(anchor, PaletteFileTexts::savedToast, PaletteFileTexts::savedIcon,
+              PaletteFileTexts::savedToastSeconds);
     return std::nullopt;
 }
 

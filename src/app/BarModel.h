@@ -97,8 +97,8 @@ public:
     };
     QList<LensRow> lensRows() const;
 
-    // The palette as a link on the clipboard; the store announces the outcome.
-    void share();
+    // The palette as a link on the clipboard, and the outcome said next to `anchor`.
+    void share(const std::optional<QRect>& anchor);
     // Writes the active palette to `path` (its extension made ".hueshelf") and says so next to
     // `anchor`; answers the failure's text for the alert.
     std::optional<QString> saveActivePalette(const QString& path,
@@ -128,6 +128,8 @@ Q_SIGNALS:
 
 private:
     void storeChanged();
+    void showToast(const std::optional<QRect>& anchor, const QString& message, const QString& icon,
+                   double seconds);
     void colorAwaitingEditChanged();
 
     Services m_services;

@@ -1,16 +1,15 @@
 #include "app/CompactColorSwatch.h"
 
 #include "app/BarTooltip.h"
+#include "app/SwatchAccessible.h"
 #include "app/SwatchActions.h"
 #include "app/SymbolIcons.h"
 
 #include <QApplication>
 #include <QDrag>
-#include <QGraphicsDropShadowEffect>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QVariantAnimation>
 
 namespace hueshelf::app {
@@ -44,6 +43,7 @@ CompactColorSwatch::CompactColorSwatch(const BarSwatch& swatch, int width, QWidg
     setAccessibleName(m_swatch.name + u", "_s + m_swatch.hex);
     setAccessibleDescription(u"Copies the color code. Right-click to edit."_s);
     m_state.isLocked = swatch.isLocked;
+    SwatchAccessible::install();
 }
 
 void CompactColorSwatch::setGroupHighlight(bool dimmed, bool emphasized) {

@@ -130,7 +130,8 @@ FloatingHueShelfView::FloatingHueShelfView(BarModel& model, QWidget* parent)
     m_lensButton = addTool(u"eye"_s, m_model.lensTooltip(), [this] { openLensMenu(); });
     m_eyedropperButton = addTool(u"eyedropper"_s, BarLayout::eyedropperLabel,
                                  [this] { m_model.eyedropper().click(); });
-    addTool(u"link"_s, BarLayout::shareLabel, [this] { m_model.share(); });
+    addTool(u"link"_s, BarLayout::shareLabel,
+            [this] { m_model.share(globalFrame(tool(u"link"_s))); });
     addTool(u"square.and.arrow.down"_s, BarLayout::saveLabel, [this] { saveAsFile(); });
 
     m_row->addSpacing(10);

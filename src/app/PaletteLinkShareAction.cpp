@@ -12,7 +12,6 @@ std::optional<LinkToast> shareActivePalette(ColorStorage& storage, Platform& pla
     const LinkShare::Outcome outcome = LinkShare::share(*active);
     if (outcome.link)
         platform.setClipboardText(*outcome.link);
-    storage.announce(outcome.toast.message, outcome.toast.icon);
     return outcome.toast;
 }
 

@@ -14,9 +14,9 @@ namespace hueshelf::app {
 // The bar's share-as-link action.
 namespace PaletteLinkShareAction {
 
-// Encodes the active palette; on success its link replaces what the clipboard held. Either way
-// the toast is announced through the store and answered, so the bar can hold it for its time.
-// Without an active palette nothing happens and nothing is answered.
+// Encodes the active palette; on success its link replaces what the clipboard held. Answers
+// the toast that says how it went, for the bar to pin to its share button. Without an active
+// palette nothing happens and nothing is answered.
 std::optional<LinkToast> shareActivePalette(ColorStorage& storage, Platform& platform);
 
 } // namespace PaletteLinkShareAction

@@ -7,6 +7,7 @@
 #include "app/OverflowPopover.h"
 #include "app/SwatchGutter.h"
 
+#include <QAccessible>
 #include <QMimeData>
 #include <QMouseEvent>
 
@@ -80,6 +81,22 @@ TEST_F(BarView, AClickCopiesAndTheCheckMarkComesAndGoes) {
     EXPECT_TRUE(second->state().showingCopiedFeedback);
     bar.store.scheduler.advance(0.6);
     EXPECT_FALSE(second->state().showingCopiedFeedback);
+
+    // Assistive technology sees one button that copies, with its hint and an edit action.
+    QList<QUuid> edited;
+    QObject::connect(&window.view(), &FloatingHueShelfView::editorRequested,
+                     [&](const QUuid& id, QWidget*) { edited.append(id); });
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(second);
+    ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Button);
+    EXPECT_EQ(accessible->text(QAccessible::Description),
+              u"Copies the color code. Right-click to edit."_s);
+    QAccessibleActionInterface* actions = accessible->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    EXPECT_EQ(actions->actionNames(),
+              (QStringList{QAccessibleActionInterface::pressAction(), u"Edit C1"_s}));
+    actions->doAction(u"Edit C1"_s);
+    EXPECT_EQ(edited, QList<QUuid>{bar.colors()[1].id});
 }
 
 TEST_F(BarView, ASwatchDroppedOnAnotherExchangesThem) {

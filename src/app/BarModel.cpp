@@ -167,6 +167,14 @@ std::optional<double> BarModel::lastSyncTime() const {
     return m_services.sync ? m_services.sync->lastSyncTime() : std::nullopt;
 }
 
+QString BarModel::syncTooltip() const {
+    return BarLayout::syncTooltip(syncKind(), lastSyncTime(), clock().nowMs());
+}
+
+const Clock& BarModel::clock() const {
+    return m_services.clock ? *m_services.clock : SystemClock::instance();
+}
+
 void BarModel::syncNow() {
     if (m_services.syncNow)
         m_services.syncNow();
@@ -207,9 +215,8 @@ std::optional<QString> BarModel::saveActivePalette(const QString& path,
     if (!active)
         return std::nullopt;
     const QString target = PaletteFile::withFileExtension(path);
-    const Clock& clock = m_services.clock ? *m_services.clock : SystemClock::instance();
     if (auto failure = PaletteFile::savePaletteFile(
-            target, *active, QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(clock.nowMs()))))
+            target, *active, QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(clock().nowMs()))))
         return failure;
     showToast(anchor, PaletteFileTexts::savedToast, PaletteFileTexts::savedIcon,
               PaletteFileTexts::savedToastSeconds);

@@ -86,6 +86,8 @@ public:
     bool syncEnabled() const;
     SyncStatus::Kind syncKind() const;
     std::optional<double> lastSyncTime() const;
+    // The sync button's card, with how long ago the last sync was.
+    QString syncTooltip() const;
     void syncNow();
 
     // One row of the lens menu: "Off" or a vision type, with its technical name.
@@ -112,6 +114,7 @@ public:
     void addPickedColor(const QString& hex);
 
     bool reduceMotion() const;
+    const Clock& clock() const;
 
     SwatchActions& swatchActions() { return *m_swatchActions; }
     OverflowHoverMachine& hover() { return *m_hover; }

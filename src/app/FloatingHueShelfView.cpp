@@ -13,7 +13,6 @@
 #include "app/WindowDragView.h"
 #include "color/PaletteCheck.h"
 #include "exchange/PaletteFileTexts.h"
-#include "util/Clock.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>

@@ -14,6 +14,7 @@
 #include <QMoveEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QVariantAnimation>
 
 namespace hueshelf::app {
 
@@ -71,7 +72,8 @@ void FloatingWindow::paintEvent(QPaintEvent*) {
     painter.setBrush(palette().color(QPalette::Window));
     painter.setPen(QPen(palette().color(QPalette::Mid), 1.0));
     painter.drawPath(chrome);
-    if (m_isBarDropHover) {
+    if (m_dropHoverOpacity > 0.0) {
+        painter.setOpacity(m_dropHoverOpacity);
         QColor fill = WindowStyle::accent();
         fill.setAlphaF(0.06f);
         painter.setBrush(fill);
@@ -127,7 +129,24 @@ void FloatingWindow::setBarDropHover(bool hover) {
     if (m_isBarDropHover == hover)
         return;
     m_isBarDropHover = hover;
-    update();
+    if (m_dropHoverFade)
+        m_dropHoverFade->stop();
+    const double target = hover ? 1.0 : 0.0;
+    if (m_model.reduceMotion()) {
+        m_dropHoverOpacity = target;
+        update();
+        return;
+    }
+    auto* fade = new QVariantAnimation(this);
+    fade->setStartValue(m_dropHoverOpacity);
+    fade->setEndValue(target);
+    fade->setDuration(200);
+    connect(fade, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
+        m_dropHoverOpacity = value.toDouble();
+        update();
+    });
+    m_dropHoverFade = fade;
+    fade->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void FloatingWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -3,9 +3,12 @@
 #include "app/MenuEntry.h"
 
 #include <QList>
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
+
+class QVariantAnimation;
 
 namespace hueshelf::app {
 
@@ -58,6 +61,9 @@ private:
     BarPositionStore* m_positionStore = nullptr;
     MenuProvider m_menuProvider;
     bool m_isBarDropHover = false;
+    // The drop mark fades in and out.
+    double m_dropHoverOpacity = 0.0;
+    QPointer<QVariantAnimation> m_dropHoverFade;
 };
 
 } // namespace hueshelf::app

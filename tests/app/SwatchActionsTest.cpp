@@ -141,6 +141,10 @@ TEST(BarModel, NewColoursOpenTheirEditor) {
     bar.store.scheduler.advance(0.02);
     EXPECT_EQ(bar.editors, QList<QUuid>{bar.colors()[6].id});
 
+    // The list closes when nothing is left behind the sixth swatch.
+    bar.store.store->deleteColor(bar.colors()[6].id);
+    EXPECT_FALSE(bar.model->hover().showingOverflow());
+
     BarHarness few({palette(u"P"_s, numberedColors(2))});
     few.model->addColor();
     few.store.scheduler.advance(0.15);

@@ -1,5 +1,7 @@
 #include "BarTestSupport.h"
 #include "GroupNotation.h"
+#include "app/BarTooltip.h"
+#include "app/CompactButton.h"
 #include "app/CompactColorSwatch.h"
 #include "app/FloatingHueShelfView.h"
 #include "app/FloatingWindow.h"
@@ -8,6 +10,8 @@
 #include "app/SwatchGutter.h"
 
 #include <QAccessible>
+#include <QApplication>
+#include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
 
@@ -168,6 +172,37 @@ TEST_F(BarView, AHoveredGroupPeeksIntoTheList) {
     click(window.swatchWidgets().at(0));
     EXPECT_FALSE(list->isVisible());
     EXPECT_FALSE(window.swatchWidgets().at(0)->state().isDimmed);
+}
+
+// The lens menu lists "Off" and the three types under its heading; a choice redraws the swatches
+// and the button, and a click still copies the real code.
+TEST_F(BarView, TheLensMenuRedrawsButCopiesTheRealCode) {
+    BarHarness bar({palette(u"P"_s, {{u"Red"_s, u"#FF0000"_s}, {u"Sky"_s, u"#3B82F6"_s}})});
+    FloatingWindow window(*bar.model);
+    window.show();
+    CompactButton* lens = window.view().tool(u"eye"_s);
+    ASSERT_NE(lens, nullptr);
+    EXPECT_EQ(BarTooltip::textOf(lens), u"How others see it"_s);
+    click(lens);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    QStringList texts;
+    for (const QAction* action : menu->actions())
+        texts << (action->isSeparator() && action->text().isEmpty() ? u"---"_s : action->text());
+    ASSERT_EQ(texts.size(), 7);
+    EXPECT_EQ(texts.first(), u"How others see it"_s);
+    EXPECT_EQ(texts.at(1), u"Off"_s);
+    EXPECT_EQ(texts.last(),
+              u"Draws the bar as they see it. Copying still copies the real color."_s);
+    const QColor before = window.swatchWidgets().at(0)->swatch().displayColor;
+    menu->actions().at(3)->trigger(); // deuteranopia
+    menu->close();
+    settle();
+    EXPECT_NE(window.swatchWidgets().at(0)->swatch().displayColor, before);
+    EXPECT_NE(window.view().tool(u"eye.fill"_s), nullptr);
+    EXPECT_TRUE(BarTooltip::textOf(lens).startsWith(u"How others see it, showing "_s));
+    click(window.swatchWidgets().at(0));
+    EXPECT_EQ(bar.platform.clipboardText(), u"#FF0000"_s);
 }
 
 } // namespace

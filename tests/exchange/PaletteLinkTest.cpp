@@ -80,30 +80,16 @@ TEST(PaletteLink, RefusalsComeInTheirOrder) {
     EXPECT_EQ(encode(QString(), {{u"c"_s, u"#12345"_s, false, {}}}), LinkError::emptyName);
 }
 
-TEST(PaletteLink, NamesCountUserPerceivedCharactersAndTheLinkAsWritten) {
-    // One character each, however many code points; the family is 54 characters escaped.
-    const QString family = u"👨\u200D👩\u200D👧"_s;
-    for (const QString& unit :
-         {u"a"_s, u"😀"_s, u"🇩🇪"_s, u"e\u0301\u0323"_s, u"\u1100\u1161\u11A8"_s, family}) {
-        ASSERT_EQ(UserCharacters::count(unit.repeated(7)), 7);
-        const QString sixty = unit.repeated(60), forty = unit.repeated(40);
-        const auto raw = [](const QString& name, const QString& color, const QString& label) {
-            return QString(linkPrefix() + name + u";|"_s + label + u'|' + color + u":000000"_s);
-        };
-        EXPECT_EQ(decode(raw(sixty, forty, forty)),
-                  (Palette{sixty, {{forty, u"#000000"_s, true, forty}}}));
-        EXPECT_EQ(decode(raw(sixty + unit, forty, forty)), LinkError::paletteNameTooLong);
-        EXPECT_EQ(decode(raw(sixty, forty + unit, forty)), LinkError::colorNameTooLong);
-        EXPECT_EQ(decode(raw(sixty, forty, forty + unit)), LinkError::colorNameTooLong);
-        const auto link = encode(sixty, {{u"c"_s, u"#000000"_s, false, {}}});
-        EXPECT_EQ(bool(link), unit != family) << unit.toStdString();
-    }
+// Names of an exact length in user-perceived characters of every kind are compared with the
+// independent codec; here the link's own length, which counts characters too, not code units.
+TEST(PaletteLink, TheLinkLengthCountsCharactersAsWritten) {
+    const QString family = u"👨\u200D👩\u200D👧"_s; // one character, 54 when escaped
+    EXPECT_FALSE(encode(family.repeated(60), {{u"c"_s, u"#000000"_s, false, {}}}));
     // Forty names of 40 'a', and a palette name making up the rest: 2000 characters fit.
     const QList<Color> full(40, Color{u"a"_s.repeated(40), u"#000000"_s, false, {}});
     const Result<QString> atLimit = encode(u"n"_s.repeated(54), full);
     ASSERT_TRUE(atLimit);
     EXPECT_EQ(atLimit->size(), 2000);
-    EXPECT_EQ(decode(*atLimit), (Palette{u"n"_s.repeated(54), full}));
     EXPECT_EQ(encode(u"n"_s.repeated(55), full), LinkError::tooLong);
     QString over = *atLimit;
     EXPECT_EQ(decode(over.insert(linkPrefix().size(), u'n')), LinkError::tooLong);

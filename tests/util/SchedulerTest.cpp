@@ -5,70 +5,41 @@
 namespace hueshelf::testing {
 namespace {
 
-TEST(ManualScheduler, RunsTasksInDueOrderWithTheClockAtTheirTime) {
+// Every timed test leans on the manual scheduler: work runs in due order with the clock at its
+// own time, ties in the order scheduled, work scheduled by work in the same advance when due,
+// and cancelled work never.
+TEST(ManualScheduler, RunsDueWorkInOrderAtItsTimeAndNeverCancelledWork) {
     ManualClock clock(1000.0);
     ManualScheduler scheduler(clock);
     std::vector<std::pair<int, double>> ran;
-    scheduler.scheduleAfter(0.5, [&] { ran.emplace_back(2, clock.nowMs()); });
-    scheduler.scheduleAfter(0.25, [&] { ran.emplace_back(1, clock.nowMs()); });
-    scheduler.scheduleAfter(0.5, [&] { ran.emplace_back(3, clock.nowMs()); });
-
-    scheduler.advance(0.4);
-    ASSERT_EQ(ran.size(), 1u);
-    scheduler.advance(0.1);
-    ASSERT_EQ(ran.size(), 3u);
-    EXPECT_EQ(ran[0], std::make_pair(1, 1250.0));
-    EXPECT_EQ(ran[1], std::make_pair(2, 1500.0));
-    EXPECT_EQ(ran[2], std::make_pair(3, 1500.0));
-    EXPECT_EQ(clock.nowMs(), 1500.0);
-}
-
-TEST(ManualScheduler, CancelledWorkNeverRuns) {
-    ManualClock clock;
-    ManualScheduler scheduler(clock);
-    int runs = 0;
-    TaskHandle handle = scheduler.scheduleAfter(1.0, [&] { ++runs; });
-    EXPECT_TRUE(handle.isActive());
-    handle.cancel();
-    handle.cancel();
-    EXPECT_FALSE(handle.isActive());
-    scheduler.advance(5.0);
-    EXPECT_EQ(runs, 0);
-    EXPECT_EQ(scheduler.pendingCount(), 0);
-}
-
-TEST(ManualScheduler, RepeatingWorkRunsEachIntervalUntilCancelled) {
-    ManualClock clock(0.0);
-    ManualScheduler scheduler(clock);
-    std::vector<double> at;
-    TaskHandle handle = scheduler.scheduleRepeating(0.1, [&] { at.push_back(clock.nowMs()); });
-    scheduler.advance(0.35);
-    EXPECT_EQ(at, (std::vector<double>{100.0, 200.0, 300.0}));
-    handle.cancel();
-    scheduler.advance(1.0);
-    EXPECT_EQ(at.size(), 3u);
-}
-
-TEST(ManualScheduler, WorkScheduledByWorkRunsInTheSameAdvanceWhenDue) {
-    ManualClock clock(0.0);
-    ManualScheduler scheduler(clock);
-    std::vector<double> at;
-    scheduler.scheduleAfter(0.1, [&] {
-        at.push_back(clock.nowMs());
-        scheduler.scheduleAfter(0.2, [&] { at.push_back(clock.nowMs()); });
+    const auto record = [&](int n) {
+        return [&ran, &clock, n] { ran.emplace_back(n, clock.nowMs()); };
+    };
+    scheduler.scheduleAfter(0.5, record(2));
+    scheduler.scheduleAfter(0.25, [&] {
+        record(1)();
+        scheduler.scheduleAfter(0.3, record(4));
     });
-    scheduler.advance(0.25);
-    EXPECT_EQ(at, (std::vector<double>{100.0}));
-    scheduler.advance(0.05);
-    EXPECT_EQ(at, (std::vector<double>{100.0, 300.0}));
-}
+    scheduler.scheduleAfter(0.5, record(3));
+    TaskHandle cancelled = scheduler.scheduleAfter(0.1, record(0));
+    TaskHandle repeating = scheduler.scheduleRepeating(0.4, record(5));
+    EXPECT_TRUE(cancelled.isActive());
+    cancelled.cancel();
+    cancelled.cancel();
+    EXPECT_FALSE(cancelled.isActive());
+    scheduler.advance(0.49);
+    EXPECT_EQ(ran.size(), 2u);
+    scheduler.advance(0.1);
+    repeating.cancel();
+    scheduler.advance(1.0);
+    EXPECT_EQ(ran, (std::vector<std::pair<int, double>>{
+                       {1, 1250.0}, {5, 1400.0}, {2, 1500.0}, {3, 1500.0}, {4, 1550.0}}));
+    EXPECT_EQ(clock.nowMs(), 2590.0);
+    EXPECT_EQ(scheduler.pendingCount(), 0);
 
-TEST(ManualScheduler, AHandleIsInactiveOnceItsOneShotWorkRan) {
-    ManualClock clock;
-    ManualScheduler scheduler(clock);
-    TaskHandle handle = scheduler.scheduleAfter(0.0, [] {});
+    TaskHandle once = scheduler.scheduleAfter(0.0, [] {});
     scheduler.runDue();
-    EXPECT_FALSE(handle.isActive());
+    EXPECT_FALSE(once.isActive());
     EXPECT_FALSE(TaskHandle().isActive());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/CommandLine.h"
+#include "model/StorageLocations.h"
 
 #include <QJsonDocument>
 #include <QProcess>
@@ -35,6 +36,17 @@ struct BinaryRun {
     QByteArray err;
     QJsonDocument json() const { return QJsonDocument::fromJson(out); }
 };
+
+// The environment of a script whose home (and configuration) is `home`.
+inline QProcessEnvironment
+homeEnvironment(const QString& home,
+                QProcessEnvironment env = QProcessEnvironment::systemEnvironment()) {
+    env.insert(QStringLiteral("HOME"), home);
+    env.insert(QStringLiteral("XDG_CONFIG_HOME"), home + u"/.config");
+    env.insert(QStringLiteral("XDG_DATA_HOME"), home + u"/.local/share");
+    env.remove(StorageLocations::isolationVariable);
+    return env;
+}
 
 // Runs the executable as a script would, with no display: the platform plugin is one that
 // doesn't exist, so any attempt to start the GUI aborts the run instead of quietly working.

@@ -1,7 +1,6 @@
 // The real executable over a temporary home, with no display to talk to.
 
 #include "StoreHome.h"
-#include "model/StorageLocations.h"
 
 namespace hueshelf::testing {
 namespace {
@@ -11,12 +10,9 @@ using namespace Qt::StringLiterals;
 class EndToEnd : public StoreHome {
 protected:
     BinaryRun run(const QStringList& arguments, bool withXdgConfigHome = true) const {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(u"HOME"_s, home.path());
-        env.insert(u"XDG_CONFIG_HOME"_s, home.path() + u"/.config"_s);
+        QProcessEnvironment env = homeEnvironment(home.path());
         if (!withXdgConfigHome)
             env.remove(u"XDG_CONFIG_HOME"_s);
-        env.remove(StorageLocations::isolationVariable);
         return runBinary(arguments, env);
     }
 };

@@ -22,10 +22,7 @@ TEST(SyncCommands, TwoDevicesConvergeThroughTheFolder) {
     TempHome desktop;
     QTemporaryDir cloud;
     const auto on = [](const TempHome& home, const QStringList& arguments) {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(u"HOME"_s, home.path());
-        env.insert(u"XDG_CONFIG_HOME"_s, home.path() + u"/.config"_s);
-        const BinaryRun run = runBinary(arguments, env);
+        const BinaryRun run = runBinary(arguments, homeEnvironment(home.path()));
         EXPECT_EQ(run.status, 0) << arguments.join(u' ').toStdString() << run.err.toStdString();
         return run;
     };

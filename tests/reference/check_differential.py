@@ -17,8 +17,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import checkref  # noqa: E402
 import colorref  # noqa: E402
 import refdriver  # noqa: E402
-from differential import hue_grid_colour, rgb_of_hsl  # noqa: E402
-from refdriver import code_of  # noqa: E402
+from refdriver import code_of, hue_grid_colour, pasted, random_hsl, rgb_of_hsl  # noqa: E402
 
 UUID = "([0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12})"
 ISSUE_ID_SHAPES = {"read": re.compile("^read-%s$" % UUID),
@@ -37,10 +36,6 @@ NO_MOVE_PALETTES = (
     "4D040C 6A0612 860821 A30927 BF0B11 DC0D17 F11544 F3325D F54E75 F66B74 3A3AFF",
     "061015 102932 19384F 225D6D 2B608A 3476A7 3FA8C3 5C9FCC 79B1D5 97C2DE",
     "484500 5A6100 6F7B00 959100 9AAF00 A4C901 BAE201 F2FC01 FEF818 E6FE32 3A7EFF")
-
-
-def random_hsl(rng, s=(0.0, 1.0), l=(0.0, 1.0), h=(0.0, 360.0)):
-    return rgb_of_hsl(rng.uniform(*h), rng.uniform(*s), rng.uniform(*l))
 
 
 def near_duplicate(rng, base):
@@ -126,18 +121,6 @@ def random_palette(rng):
             palette.append(random_hsl(rng, (0.5, 1.0), (0.25, 0.65)))
     palette = palette[:size]
     return rng.sample(palette, len(palette)) if rng.random() < 0.2 else palette
-
-
-def pasted(rng, rgb):
-    """The colour as a person might pass it: any of the pasted forms that give it exactly."""
-    roll = rng.random()
-    if roll < 0.97:
-        return code_of(rgb) if roll < 0.55 else "%02x%02x%02x" % rgb if roll < 0.65 else \
-            "#%02x%02X%02x" % rgb if roll < 0.75 else "rgb(%d, %d, %d)" % rgb if roll < 0.9 \
-            else " %s " % code_of(rgb)
-    # The pasted HSL form; it names a nearby colour, read back by the same rules.
-    h, s, l = checkref.hsl_of(code_of(rgb))
-    return "hsl(%.1f, %.1f%%, %.1f%%)" % (h, s * 100, l * 100)
 
 
 def map_issue_ids(expected_issues, actual_issues, out):

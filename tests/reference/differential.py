@@ -15,7 +15,7 @@ sys.dont_write_bytecode = True  # runs from the source tree; leave no cache ther
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import colorref  # noqa: E402
 import refdriver  # noqa: E402
-from refdriver import code_of, hex_text, random_case, six_of, surround  # noqa: E402
+from refdriver import code_of, hex_text, hue_grid_colour, random_case, six_of, surround  # noqa
 
 BATCH = 250
 INNER_SPACE = ("", "", "", " ", "  ", "\t", "\n", " \t ")
@@ -36,15 +36,10 @@ JUNK = ("", " ", "#", "######", "# # #", "red", "transparent", "0x336699", "#gg0
 
 
 def decimal_text(rng, low, high):
-    roll = rng.random()
-    if roll < 0.4:
-        return str(rng.randint(int(low), int(high)))
-    if roll < 0.8:
-        return "%.*f" % (rng.randint(1, 4), rng.uniform(low, high))
-    if roll < 0.9:
-        return "%d." % rng.randint(int(low), int(high)) if roll < 0.85 else ".%d" % rng.randint(
-            0, 99)
-    return rng.choice(("1.2.3", ".", "..5", "100.5.5", "00", "360", "720", "999.999"))
+    roll, whole = rng.random(), rng.randint(low, high)
+    return str(whole) if roll < 0.4 else "%.*f" % (rng.randint(1, 4), rng.uniform(low, high)) \
+        if roll < 0.8 else "%d." % whole if roll < 0.85 else ".%d" % rng.randint(0, 99) \
+        if roll < 0.9 else rng.choice(("1.2.3", ".", "..5", "100.5.5", "00", "360", "720"))
 
 
 def functional(rng, names, values, tail, mangles):
@@ -106,25 +101,10 @@ def exact_pairs_of_limits():
     return pairs
 
 
-def rgb_of_hsl(h, s, l):
-    return colorref.hex_to_rgb(colorref.hsl_to_hex(h % 360.0, min(1.0, max(0.0, s)),
-                                                   min(1.0, max(0.0, l))))
-
-
 def colour_from_extremes(rng, high, low):
     channels = [high, low, rng.randint(low, high)]
     rng.shuffle(channels)
     return six_of(channels)
-
-
-def hue_grid_colour(hue, high, low):
-    """Bytes of exactly the whole-degree hue `hue`, or None where the grid doesn't allow it."""
-    sector, within_sector = divmod(hue % 360, 60)
-    offset, rest = divmod((within_sector if sector % 2 == 0 else 60 - within_sector)
-                          * (high - low), 60)
-    mid = low + offset
-    return None if rest else ((high, mid, low), (mid, high, low), (low, high, mid),
-                              (low, mid, high), (mid, low, high), (high, low, mid))[sector]
 
 
 def limit_witnesses(rng, pairs, per_flip=2):
@@ -190,19 +170,12 @@ def gen_boundary(rng, pairs):
     return "hsl(%r, %r%%, %r%%)" % (h, s * 100, l * 100)
 
 
-def gen_code(rng, pairs):
+def gen_code(rng, pairs, junk=0.1):
+    """A colour argument; for contrast and shades mostly readable (seldom junk)."""
     roll = rng.random()
-    return hex_text(rng, "%06x" % rng.randrange(1 << 24)) if roll < 0.3 else gen_rgb(rng) \
-        if roll < 0.45 else gen_hsl(rng) if roll < 0.62 else gen_junk(rng) if roll < 0.72 \
+    return gen_junk(rng) if roll < junk else hex_text(rng, "%06x" % rng.randrange(1 << 24)) \
+        if roll < 0.4 else gen_rgb(rng) if roll < 0.52 else gen_hsl(rng) if roll < 0.65 \
         else gen_boundary(rng, pairs)
-
-
-def gen_valid_colour(rng, pairs):
-    """A colour argument for contrast and shades; mostly readable, seldom junk."""
-    roll = rng.random()
-    return gen_junk(rng) if roll < 0.02 else "#%06X" % rng.randrange(1 << 24) if roll < 0.45 \
-        else gen_rgb(rng) if roll < 0.55 else gen_hsl(rng) if roll < 0.65 else \
-        gen_boundary(rng, pairs)
 
 
 def gen_target(rng, foreground, background):
@@ -269,20 +242,20 @@ def body(options, root, pool):
     env = refdriver.home_env(root)  # the colour commands touch no store; a private home
     futures = []
     for _ in range(contrast_count):
-        foreground = background = gen_valid_colour(rng, pairs)
+        foreground = background = gen_code(rng, pairs, 0.02)
         roll = rng.random()
         if roll < 0.15:  # lightness exactly 0.5 counts as a dark background; these are at it
             background = "#" + colour_from_extremes(rng, *rng.choice(half_pairs)).upper()
         elif roll < 0.25:
             background = rng.choice(("#FFFFFF", "#000000", "#808080", "#7F7F7F", "#FF0000"))
         elif roll < 0.97:
-            background = gen_valid_colour(rng, pairs)
+            background = gen_code(rng, pairs, 0.02)
         target = gen_target(rng, foreground, background)
         futures.append(pool.submit(
             refdriver.checked, options.binary, env,
             ["contrast", "--json", foreground, background] + ["--target", target] * bool(target),
             colorref.contrast_command(foreground, background, float(target or 4.5))))
-    shades = [gen_valid_colour(rng, pairs) for _ in range(shades_count)]
+    shades = [gen_code(rng, pairs, 0.02) for _ in range(shades_count)]
     simulated = simulation_inputs(random.Random(options.seed + 1), pairs,
                                   max(1, options.count // 3))
     for command, inputs in (("color", codes), ("simulate", simulated)):

@@ -17,8 +17,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import colorref  # noqa: E402
 import generatorref  # noqa: E402
 import refdriver  # noqa: E402
-from differential import hue_grid_colour, rgb_of_hsl  # noqa: E402
-from refdriver import code_of, hex_text  # noqa: E402
+from refdriver import hue_grid_colour, nudged, pasted, random_hsl, rgb_of_hsl  # noqa: E402
 
 # Every run of `dark` reads the whole file, so a few smaller homes keep each run cheap.
 PALETTES_PER_HOME = 60
@@ -32,18 +31,6 @@ ODD_NAMES = ("", "  ", "Ink", "ink", "Ünïcode ✨", "Name \"quoted\"", "back\\
              "line\nbreak", "日本の色", " padded ", "Blue", "Blue 2", "#FFFFFF", "🎨")
 
 
-def nudged(rng, rgb):
-    channels = list(rgb)
-    for _ in range(rng.randint(0, 2)):
-        i = rng.randrange(3)
-        channels[i] = min(255, max(0, channels[i] + rng.randint(-1, 1)))
-    return tuple(channels)
-
-
-def at_hsl(rng, h, s, l):
-    return nudged(rng, rgb_of_hsl(h, rng.uniform(*s), rng.uniform(*l)))
-
-
 def at_hue(rng, hue):
     """Bytes of exactly the hue `hue` where the byte grid allows, at a random spread and level."""
     for _ in range(10 if hue == int(hue) else 0):
@@ -52,7 +39,7 @@ def at_hue(rng, hue):
         rgb = hue_grid_colour(int(hue), low + spread, low)
         if rgb:
             return rgb
-    return at_hsl(rng, hue, (0.05, 1.0), (0.05, 0.95))
+    return nudged(rng, random_hsl(rng, (0.05, 1.0), (0.05, 0.95), (hue, hue)))
 
 
 def lightness_total(rng, total):
@@ -72,40 +59,23 @@ def scheme_start(rng):
         return (rng.choice((0, 255, 1, 254, 127, 128, rng.randrange(256))),) * 3
     if roll < 0.43:  # saturated: s * 1.1 at 1 or above from s = 1/1.1 up
         s = rng.choice((1.0, 1.0, 0.95, 1 / 1.1, 0.905, 0.915, rng.uniform(0.85, 1.0)))
-        return at_hsl(rng, rng.uniform(0, 360), (s, s), (0.05, 0.95))
+        return nudged(rng, random_hsl(rng, (s, s), (0.05, 0.95)))
     if roll < 0.63:
-        hue = rng.choice(WRAP_HUES) + rng.choice((0, 0, 0, -0.3, 0.3, -1, 1, -3, 3))
-        return at_hue(rng, hue % 360) if rng.random() < 0.5 else at_hsl(
-            rng, hue, (0.05, 1.0), (0.05, 0.95))
+        hue = (rng.choice(WRAP_HUES) + rng.choice((0, 0, 0, -0.3, 0.3, -1, 1, -3, 3))) % 360
+        return at_hue(rng, hue if rng.random() < 0.5 else hue + 0.5)
     if roll < 0.72:  # lightness at the "Accent" floor of 0.4 (max + min around 204)
         return lightness_total(rng, rng.choice((203, 204, 205, rng.randint(150, 260))))
     if roll < 0.8:  # saturation at the neutral "Accent" floor: s * 0.7 against 0.3
         s = rng.choice((3 / 7, 0.42, 0.44, rng.uniform(0.35, 0.5)))
-        return at_hsl(rng, rng.uniform(0, 360), (s, s), (0.1, 0.9))
+        return nudged(rng, random_hsl(rng, (s, s), (0.1, 0.9)))
     if roll < 0.88:  # near black and near white, where the roles are furthest from the start
         low = rng.choice((0, 235))
         return tuple(rng.randint(low, low + 20) for _ in range(3))
     if roll < 0.95:
         # Light, vivid yellows and greens: "Header" and "Text" keep little contrast on the light
         # backgrounds of their own hue and need the lightness search.
-        return at_hsl(rng, rng.uniform(40, 200), (0.6, 1.0), (0.3, 0.8))
+        return random_hsl(rng, (0.6, 1.0), (0.3, 0.8), (40, 200))
     return at_hue(rng, rng.choice(NAME_HUES))
-
-
-def scheme_argument(rng, rgb):
-    """The colour as a person might pass it to the command."""
-    six, roll = "%02x%02x%02x" % tuple(rgb), rng.random()
-    if roll < 0.65:
-        return code_of(rgb) if roll < 0.3 else rng.choice((six, six.upper(), "#" + six)) \
-            if roll < 0.55 else hex_text(rng, six)
-    if roll < 0.82:
-        alpha = rng.choice(("", "", ", 0.5", ",1"))
-        return "%s(%d, %d, %d%s)" % ("rgba" if alpha else rng.choice(("rgb", "RGB")), *rgb, alpha)
-    # The pasted HSL form names a nearby colour, read by the same rules.
-    h, s, l = colorref.bytes_to_hsl(*rgb)
-    h += rng.choice((360.0, 720.0)) if rng.random() < 0.3 else 0.0
-    precision = rng.choice((0, 1, 3, 17))
-    return "hsl(%.*f, %.*f%%, %.*f%%)" % (precision, h, precision, s * 100, precision, l * 100)
 
 
 def dark_palette_colour(rng):
@@ -124,17 +94,17 @@ def dark_palette_colour(rng):
         rgb = lightness_total(rng, rng.choice((255, 255, 254, 256, 229, 230, 228, 231, 280, 281,
                                                279, 282, 20, 21, 19, 489, 490, 491)))
     elif roll < 0.72:  # light pastels: they invert to dark backgrounds
-        rgb = rgb_of_hsl(rng.uniform(0, 360), rng.uniform(0.2, 1.0), rng.uniform(0.7, 0.95))
+        rgb = random_hsl(rng, (0.2, 1.0), (0.7, 0.95))
     elif roll < 0.78:
         # Blues, violets and reds that invert to light colours of little luminance, on which
         # not even black reads: the lightness search turns to the lighter side.
         rgb = rgb_of_hsl(rng.choice((rng.uniform(210, 290), rng.uniform(330, 360))),
                          rng.uniform(0.7, 1.0), rng.uniform(0.36, 0.45))
     else:  # dark vivid colours (they invert to light text) and mid-tones
-        rgb = rgb_of_hsl(rng.uniform(0, 360), rng.random(), rng.uniform(0.1, 0.65))
+        rgb = random_hsl(rng, l=(0.1, 0.65))
     # As another writer of the file may have left it.
-    six, roll = "%02x%02x%02x" % tuple(rgb), rng.random()
-    return code_of(rgb) if roll < 0.6 else rng.choice(("#" + six, six.upper(), six)) \
+    six, roll = refdriver.six_of(rgb), rng.random()
+    return refdriver.code_of(rgb) if roll < 0.6 else rng.choice(("#" + six, six.upper(), six)) \
         if roll < 0.85 else rng.choice((" ", "\n", "\t", "")) + "#" + six + rng.choice(
             (" ", "\n", "\r\n", "\t"))
 
@@ -142,23 +112,20 @@ def dark_palette_colour(rng):
 def dark_palette(rng, number):
     colours = []
     for _ in range(rng.choice((0, 1, 2, 2, 3, 3, 4, 4, 5, 5, 6, 6, 7, 8, 9, 10, 11, 12))):
-        code, divider = dark_palette_colour(rng), rng.random() < 0.15
-        auto = rng.random() < 0.6
+        code, divider, auto = dark_palette_colour(rng), rng.random() < 0.15, rng.random() < 0.6
         name = generatorref.unique_name(colorref.color_name(code), [
             c["name"] for c in colours]) if auto else rng.choice(ODD_NAMES)
-        colours.append({"id": refdriver.upper_uuid(rng), "name": name, "hex": code,
-                        "isAutoNamed": auto, "isLocked": rng.random() < 0.2,
-                        "dividerBefore": divider,
-                        "dividerLabel": rng.choice(("", "Brand", "Ünï")) if divider else ""})
+        colours.append(refdriver.item(rng, name, code, divider, rng.choice((
+            "", "Brand", "Ünï")) if divider else "", auto, rng.random() < 0.2))
     if rng.random() < 0.1 and colours:
         # The same colour again, to see the pass move identical backgrounds alike.
         colours.append(dict(rng.choice(colours), id=refdriver.upper_uuid(rng)))
     stamp = 1700000000000.0 + rng.randrange(10 ** 9) + rng.random()
-    record = {"id": refdriver.upper_uuid(rng), "name": rng.choice(("Palette", "Ünïcode", "Dark"))
-              + " %d" % number + rng.choice(("", " (Dark)", " ✨", "  ")),
-              "colors": colours[:12], "createdAt": stamp,
-              "updatedAt": stamp + rng.randrange(10 ** 6), "revision": rng.randint(1, 40),
-              "isLocked": rng.random() < 0.2}
+    name = rng.choice(("Palette", "Ünïcode", "Dark")) + " %d" % number + rng.choice(
+        ("", " (Dark)", " ✨", "  "))
+    record = refdriver.record(rng, name, colours[:12], stamp, revision=rng.randint(1, 40),
+                              updatedAt=stamp + rng.randrange(10 ** 6),
+                              isLocked=rng.random() < 0.2)
     if rng.random() < 0.3:
         record["updatedByDeviceId"] = refdriver.upper_uuid(rng)
     return record
@@ -170,9 +137,8 @@ def run_dark_home(binary, root, number, palettes, active, cases):
                                                        active)
     results = [("palettes --json of home %d (%d palettes)" % (number, len(palettes)), store)]
     for palette, address in [] if store else cases:
-        argument = [palette[address]] if address != "active" else []
         results += refdriver.checked(
-            binary, env, ["dark"] + argument + ["--json"],
+            binary, env, ["dark"] + [palette.get(address)] * (address != "active") + ["--json"],
             generatorref.dark_command(palette["colors"]), "dark %s of %s" % (
                 address, json.dumps([c["hex"] for c in palette["colors"]])))
     # Neither command changes a palette: the file is as it was written.
@@ -190,10 +156,9 @@ def body(options, root, pool):
                for style in styles]
     for number in range(options.count * 3 // 5):
         style = rng.choice(styles + (None,) * (number % 5 == 0))
-        schemes.append((rng.choice(JUNK_CODES) if number % 40 == 17 else scheme_argument(
+        schemes.append((rng.choice(JUNK_CODES) if number % 40 == 17 else pasted(
             rng, scheme_start(rng)), style))
     env = refdriver.home_env(os.path.join(root, "scheme"))  # schemes touch no palette
-    os.makedirs(os.path.join(root, "scheme"))
     futures = [pool.submit(refdriver.checked, options.binary, env, [
         "scheme", code, "--json"] + ["--style", style] * bool(style),
         generatorref.scheme_command(code, style or "warm")) for code, style in schemes]

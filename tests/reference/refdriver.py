@@ -15,6 +15,9 @@ import subprocess
 import tempfile
 import uuid
 
+import colorref
+import exchangeref
+
 Run = collections.namedtuple("Run", "status parsed parse_error stdout stderr")
 BLANKS = (" ", "  ", "\t", "\n", "\r\n", " \n\t", "\v", "\f")
 
@@ -70,7 +73,7 @@ def compare(expected, actual, path="", out=None):
 def one_line_failure(result, status=1):
     """A refusal: the exit status and one line on stderr, whatever the argument held."""
     mismatches = [] if result.status == status else [("exit status", status, result.status)]
-    if not result.stderr.strip() or result.stderr.count("\n") != 1 \
+    if result.stderr.count("\n") != 1 or not result.stderr.strip() \
             or not result.stderr.endswith("\n"):
         mismatches.append(("stderr", "one line", result.stderr))
     return mismatches
@@ -84,18 +87,13 @@ def json_output(result, kind=dict, status=0):
         result.status, result.parse_error or "", result.stdout[:300], result.stderr[:300]))]
 
 
-def compared(label, result, expected, kind=dict):
-    """(label, mismatches) of a run whose JSON must equal `expected`."""
-    return label, json_output(result, kind) or compare(expected, result.parsed)
-
-
 def checked(binary, env, arguments, expected, label=None):
     """[(label, mismatches)] of a run: the model's JSON, or a one-line refusal where it has none."""
     label = label or " ".join(repr(a) if " " in a or not a else a for a in arguments)
     result = run(binary, arguments, env)
     if expected is None:
         return [(label, one_line_failure(result))]
-    return [compared(label, result, expected, type(expected))]
+    return [(label, json_output(result, type(expected)) or compare(expected, result.parsed))]
 
 
 def six_of(rgb):
@@ -133,11 +131,10 @@ def upper_uuid(rng):
 
 
 def home_env(home):
-    env = dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=home,
-               XDG_CONFIG_HOME=os.path.join(home, "config"),
-               XDG_DATA_HOME=os.path.join(home, "data"), XDG_RUNTIME_DIR=home)
-    env.pop("XCTestConfigurationFilePath", None)  # an isolated run wouldn't use the home
-    return env
+    os.makedirs(home, exist_ok=True)
+    return dict(os.environ, QT_QPA_PLATFORM="offscreen", HOME=home, XDG_RUNTIME_DIR=home,
+                XDG_CONFIG_HOME=os.path.join(home, "config"),
+                XDG_DATA_HOME=os.path.join(home, "data"))
 
 
 def private_home(binary, root, name, palettes, active_id):
@@ -190,3 +187,59 @@ def main(doc, seed, count, body):
     print("seed %d: %s\n%d passed, %d failed" % (options.seed, summary,
                                                  len(results) - len(reports), len(reports)))
     return 1 if reports else 0
+
+
+# Colours for the generators: bytes of a point in HSL, of an exact hue, pasted as people do.
+def rgb_of_hsl(h, s, l):
+    return colorref.hex_to_rgb(colorref.hsl_to_hex(h % 360.0, min(1.0, max(0.0, s)),
+                                                   min(1.0, max(0.0, l))))
+
+
+def random_hsl(rng, s=(0.0, 1.0), l=(0.0, 1.0), h=(0.0, 360.0)):
+    return rgb_of_hsl(rng.uniform(*h), rng.uniform(*s), rng.uniform(*l))
+
+
+def nudged(rng, rgb):
+    channels = list(rgb)
+    for _ in range(rng.randint(0, 2)):
+        i = rng.randrange(3)
+        channels[i] = min(255, max(0, channels[i] + rng.choice((-1, 1))))
+    return tuple(channels)
+
+
+def hue_grid_colour(hue, high, low):
+    """Bytes of exactly the whole-degree hue `hue`, or None where the grid doesn't allow it."""
+    sector, within_sector = divmod(hue % 360, 60)
+    offset, rest = divmod((within_sector if sector % 2 == 0 else 60 - within_sector)
+                          * (high - low), 60)
+    mid = low + offset
+    return None if rest else ((high, mid, low), (mid, high, low), (low, high, mid),
+                              (low, mid, high), (mid, low, high), (high, low, mid))[sector]
+
+
+def pasted(rng, rgb):
+    """The colour as a person might pass it: one of the forms that give it exactly, or now and
+    then the HSL form, which names a nearby colour read back by the same rules."""
+    six, roll = six_of(rgb), rng.random()
+    if roll < 0.7:
+        return code_of(rgb) if roll < 0.35 else rng.choice((six, six.upper(), "#" + six)) \
+            if roll < 0.55 else hex_text(rng, six)
+    if roll < 0.9:
+        alpha = rng.choice(("", "", ", 0.5", ",1"))
+        return "%s(%d, %d, %d%s)" % ("rgba" if alpha else rng.choice(("rgb", "RGB")), *rgb, alpha)
+    h, s, l = colorref.bytes_to_hsl(*rgb)
+    h += rng.choice((360.0, 720.0)) if rng.random() < 0.3 else 0.0
+    precision = rng.choice((0, 1, 3, 17))
+    return "hsl(%.*f, %.*f%%, %.*f%%)" % (precision, h, precision, s * 100, precision, l * 100)
+
+
+def record(rng, name, colours, stamp, **more):
+    """A stored palette record; `colours` are from item()."""
+    return dict({"id": upper_uuid(rng), "name": name, "colors": colours, "createdAt": stamp,
+                 "updatedAt": stamp, "revision": 1, "isLocked": False,
+                 "contentHash": exchangeref.content_hash(name, colours)}, **more)
+
+
+def item(rng, name, code, divider=False, label="", auto=False, locked=False):
+    return {"id": upper_uuid(rng), "name": name, "hex": code, "isAutoNamed": auto,
+            "isLocked": locked, "dividerBefore": divider, "dividerLabel": label}

@@ -118,13 +118,11 @@ TEST(BarTooltipPlacement, StaysOnTheScreenOfThePointer) {
         {"held 4 inside the left edge", {10, 300}, label, screen, {4, 316}},
         {"bottom exactly 4 above the bottom stays below", {500, 760}, label, screen, {450, 776}},
         {"one lower: 18 above the pointer", {500, 761}, label, screen, {450, 723}},
-        {"screen right of another", {1925, 300}, label, QRect(1920, 0, 1280, 1024), {1924, 316}},
         {"wider than the screen: right edge wins",
          {100, 300},
          {300, 20},
          QRect(0, 0, 200, 800),
          {-104, 316}},
-        {"no screen: as computed", {990, 5000}, label, std::nullopt, {940, 5016}},
     };
     for (const auto& c : cases)
         EXPECT_EQ(BarTooltipPlacement::topLeft(c.pointer, c.size, c.frame), c.expected) << c.name;
@@ -155,8 +153,6 @@ TEST(BarTooltip, HoverShowsTheSharedWindowAndAPressHidesIt) {
     auto save = std::make_unique<QWidget>();
     BarTooltip::attach(&share, u"Share palette link"_s);
     BarTooltip::attach(save.get(), u"Save palette file"_s);
-    EXPECT_EQ(share.accessibleName(), u"Share palette link"_s);
-
     send(&share, QEvent::Enter);
     scheduler.advance(BarTooltipController::kDelay);
     ASSERT_TRUE(window.isVisible());
@@ -172,7 +168,6 @@ TEST(BarTooltip, HoverShowsTheSharedWindowAndAPressHidesIt) {
     send(&share, QEvent::MouseButtonPress);
     EXPECT_FALSE(window.isVisible());
     send(&share, QEvent::MouseButtonRelease);
-    EXPECT_FALSE(controller.isMouseDown());
     scheduler.advance(1.0);
     send(save.get(), QEvent::Enter);
     scheduler.advance(BarTooltipController::kDelay);
@@ -219,7 +214,8 @@ TEST_F(ToastFixture, SecondToastReplacesFirstAndOutlivesItsTimer) {
 
 // Announcements wait 0.25 s, then stay 1.5 s. One made 0.1 s later replaces the first when its
 // own wait is over, and the first's end (1.65 s on) doesn't cut it short. An empty one shows
-// nothing.
+// nothing. Without a source a toast points at the bar's middle; without a visible bar none
+// appears.
 TEST_F(ToastFixture, AnnouncementsWaitThenReplaceEachOther) {
     int changes = 0;
     QObject::connect(&manager, &ToastManager::currentChanged, [&] { ++changes; });
@@ -230,16 +226,10 @@ TEST_F(ToastFixture, AnnouncementsWaitThenReplaceEachOther) {
     manager.announce(u"Second"_s, {});
     expectTimeline({{0.149, ""}, {0.15, "First"}, {0.25, "Second"}, {1.749, "Second"}, {1.75, ""}});
     EXPECT_EQ(changes, 3);
-}
 
-// Without a source the toast points at the bar's middle; without a visible bar none appears
-// and the old one goes.
-TEST_F(ToastFixture, PointsAtTheBarOnlyWhileItIsVisible) {
     manager.show(u"Palette saved"_s, {}, std::nullopt, ToastManager::kPaletteSavedDuration);
-    ASSERT_TRUE(manager.current());
     // Bar from x 100 to 500, y 50 to 90: centre (300, 70), a 28-point square around it.
-    EXPECT_EQ(manager.current()->sourceRect, QRect(286, 56, 28, 28));
-    EXPECT_FALSE(manager.current()->sourceFrame);
+    EXPECT_EQ(manager.current().value().sourceRect, QRect(286, 56, 28, 28));
     bar.isVisible = false;
     manager.announce(u"Palette deleted"_s, {});
     scheduler.advance(ToastManager::kAnnounceDelay);
@@ -257,9 +247,9 @@ TEST(ToastPlacement, CentredAboveAndKeptOnScreen) {
         QPoint expected;
     } cases[] = {
         {"centred above", QRect(400, 300, 28, 28), screen, QPoint(354, 264)},
-        {"held off the left edge", QRect(0, 300, 28, 28), screen, QPoint(4, 264)},
         {"held off the right edge", QRect(980, 300, 20, 28), screen, QPoint(876, 264)},
-        {"no room above: under the source", QRect(400, 20, 28, 28), screen, QPoint(354, 54)},
+        {"4 from the top: still above", QRect(400, 40, 28, 28), screen, QPoint(354, 4)},
+        {"3 from the top: under the source", QRect(400, 39, 28, 28), screen, QPoint(354, 73)},
         {"no screen: as computed", QRect(980, 20, 20, 28), std::nullopt, QPoint(930, -16)},
     };
     for (const auto& c : cases)

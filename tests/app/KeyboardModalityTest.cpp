@@ -14,17 +14,6 @@
 namespace hueshelf::app {
 namespace {
 
-void send(QWidget& target, QEvent::Type type, int key = 0) {
-    if (type == QEvent::KeyPress) {
-        QKeyEvent event(type, key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
-        QCoreApplication::sendEvent(&target, &event);
-        return;
-    }
-    const QPointF at(5, 5);
-    QMouseEvent event(type, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&target, &event);
-}
-
 TEST(KeyboardModality, TheFlagFollowsTheLastKindOfInput) {
     testing::ensureApplication();
     KeyboardModality modality;
@@ -33,26 +22,30 @@ TEST(KeyboardModality, TheFlagFollowsTheLastKindOfInput) {
     int changes = 0;
     QObject::connect(&modality, &KeyboardModality::isTabbingChanged, [&] { ++changes; });
     QWidget target;
-
-    const struct {
-        QEvent::Type type;
-        int key;
-        bool isTabbingAfter;
-    } steps[] = {
+    const auto send = [&target](QEvent::Type type, int key = 0) {
+        if (type == QEvent::KeyPress) {
+            QKeyEvent event(type, key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+            QCoreApplication::sendEvent(&target, &event);
+            return;
+        }
+        QMouseEvent event(type, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(&target, &event);
+    };
+    const std::tuple<QEvent::Type, int, bool> steps[] = {
         {QEvent::KeyPress, Qt::Key_A, false},      {QEvent::KeyPress, Qt::Key_Tab, true},
         {QEvent::KeyPress, Qt::Key_Escape, true},  {QEvent::MouseMove, 0, true},
         {QEvent::MouseButtonRelease, 0, true},     {QEvent::MouseButtonPress, 0, false},
         {QEvent::KeyPress, Qt::Key_Backtab, true}, {QEvent::MouseButtonDblClick, 0, false},
         {QEvent::KeyPress, Qt::Key_Tab, true},     {QEvent::KeyPress, Qt::Key_Tab, true},
     };
-    for (const auto& step : steps) {
-        send(target, step.type, step.key);
-        EXPECT_EQ(modality.isTabbing(), step.isTabbingAfter) << &step - steps;
+    for (const auto& [type, key, isTabbingAfter] : steps) {
+        send(type, key);
+        EXPECT_EQ(modality.isTabbing(), isTabbingAfter) << int(type) << ' ' << key;
     }
     EXPECT_EQ(changes, 5) << "only real changes are announced";
-
     modality.stopMonitoring();
-    send(target, QEvent::MouseButtonPress);
+    send(QEvent::MouseButtonPress);
     EXPECT_TRUE(modality.isTabbing()) << "no longer listening";
 }
 

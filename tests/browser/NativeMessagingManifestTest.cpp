@@ -68,35 +68,28 @@ TEST_F(Manifest, WritesBothBrowsersManifestsWithTheExactKeys) {
 TEST_F(Manifest, AnExistingManifestIsKeptOnlyWhenItsPathNamesTheHelper) {
     const QString chrome = manifestIn(u"google-chrome"_s);
     const QDateTime old = QDateTime::currentDateTimeUtc().addDays(-3);
-    const struct {
-        const char* label;
-        QByteArray content;
-        Outcome expected;
-    } rows[] = {
-        {"current", manifestFor(helper), Outcome::current},
+    const std::tuple<const char*, QByteArray, Outcome> rows[] = {
         {"stale keys, right path",
-         QJsonDocument(QJsonObject{{u"path"_s, helper}, {u"name"_s, u"old"_s}, {u"x"_s, 1}})
-             .toJson(),
+         QJsonDocument(QJsonObject{{u"path"_s, helper}, {u"name"_s, u"old"_s}}).toJson(),
          Outcome::current},
         {"program moved", manifestFor(u"/old/place/hueshelf-helper"_s), Outcome::written},
         {"trailing slash", manifestFor(helper + u'/'), Outcome::written},
         {"path is not text", R"({"path": 7})", Outcome::written},
         {"not JSON", (u"{\"path\": \""_s + helper).toUtf8(), Outcome::written},
         {"array root", (u"[{\"path\": \""_s + helper + u"\"}]"_s).toUtf8(), Outcome::written},
-        {"empty file", QByteArray(), Outcome::written},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.label);
-        ASSERT_TRUE(writeAll(chrome, row.content));
+    for (const auto& [label, content, expected] : rows) {
+        SCOPED_TRACE(label);
+        ASSERT_TRUE(writeAll(chrome, content));
         {
             QFile file(chrome);
             ASSERT_TRUE(file.open(QIODevice::ReadWrite));
             ASSERT_TRUE(file.setFileTime(old, QFileDevice::FileModificationTime));
         }
         EXPECT_EQ(NativeMessagingManifest::ensureIn(QFileInfo(chrome).absolutePath(), helper),
-                  row.expected);
-        if (row.expected == Outcome::current) {
-            EXPECT_EQ(readAll(chrome), row.content);
+                  expected);
+        if (expected == Outcome::current) {
+            EXPECT_EQ(readAll(chrome), content);
             EXPECT_EQ(QFileInfo(chrome).lastModified().toSecsSinceEpoch(), old.toSecsSinceEpoch());
         } else {
             EXPECT_EQ(readAll(chrome), manifestFor(helper));
@@ -104,19 +97,17 @@ TEST_F(Manifest, AnExistingManifestIsKeptOnlyWhenItsPathNamesTheHelper) {
     }
 }
 
-TEST_F(Manifest, WithoutTheHelperNothingIsWrittenOrRemoved) {
+// Without a helper (a directory of its name is none) nothing is written or removed. Where
+// Chrome's folder can't be made, Chromium's still gets its manifest.
+TEST_F(Manifest, NothingWithoutTheHelperAndAFailureCostsOnlyItsBrowser) {
     const QByteArray stale = manifestFor(u"/old/hueshelf-helper"_s);
-    ASSERT_TRUE(writeAll(manifestIn(u"google-chrome"_s), stale));
-    // A directory of the helper's name is no helper either.
+    ASSERT_TRUE(writeAll(manifestIn(u"chromium"_s), stale));
     const QString emptyBinaryDir = home.path() + u"/elsewhere/bin"_s;
     QDir().mkpath(emptyBinaryDir + u"/hueshelf-helper"_s);
     NativeMessagingManifest::ensure(configHome, emptyBinaryDir);
-    EXPECT_EQ(readAll(manifestIn(u"google-chrome"_s)), stale);
-    EXPECT_FALSE(QFileInfo::exists(manifestIn(u"chromium"_s)));
-}
+    EXPECT_EQ(readAll(manifestIn(u"chromium"_s)), stale);
+    EXPECT_FALSE(QFileInfo::exists(configHome + u"/google-chrome"_s));
 
-// Chrome's folder can't be made (a file stands in its way); Chromium's still gets its manifest.
-TEST_F(Manifest, AFailureIsSilentAndCostsOnlyItsBrowser) {
     ASSERT_TRUE(writeAll(configHome + u"/google-chrome"_s, "not a folder"));
     EXPECT_EQ(
         NativeMessagingManifest::ensureIn(QFileInfo(manifestIn(u"google-chrome"_s)).path(), helper),

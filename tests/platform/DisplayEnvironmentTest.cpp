@@ -5,40 +5,27 @@
 namespace hueshelf {
 namespace {
 
-QProcessEnvironment environment(std::initializer_list<std::pair<const char*, const char*>> vars) {
-    QProcessEnvironment env;
-    for (const auto& [name, value] : vars)
-        env.insert(QString::fromLatin1(name), QString::fromLatin1(value));
-    return env;
-}
+using namespace Qt::StringLiterals;
 
-struct DisplayCase {
-    const char* description;
-    QProcessEnvironment env;
-    std::optional<QString> plugin;
-    bool hasDisplay;
-};
-
+// X11 unless the user chose; without a display of the chosen kind, one line that says so.
 TEST(DisplayEnvironment, ChoosesX11UnlessTheUserChoseAndTellsWhenThereIsNoDisplay) {
-    const DisplayCase cases[] = {
-        {"plain X11 session", environment({{"DISPLAY", ":0"}}), QStringLiteral("xcb"), true},
-        {"Wayland with XWayland",
-         environment({{"DISPLAY", ":1"}, {"WAYLAND_DISPLAY", "wayland-0"}}), QStringLiteral("xcb"),
-         true},
-        {"Wayland without XWayland", environment({{"WAYLAND_DISPLAY", "wayland-0"}}),
-         QStringLiteral("xcb"), false},
-        {"no display at all", environment({}), QStringLiteral("xcb"), false},
-        {"user chose offscreen", environment({{"QT_QPA_PLATFORM", "offscreen"}}), std::nullopt,
-         true},
-        {"user chose xcb without a display", environment({{"QT_QPA_PLATFORM", "xcb"}}),
-         std::nullopt, false},
-        {"user chose wayland", environment({{"QT_QPA_PLATFORM", "wayland"}}), std::nullopt, true},
+    const std::optional<QString> xcb = u"xcb"_s;
+    const std::tuple<QStringList, std::optional<QString>, bool> cases[] = {
+        {{u"DISPLAY=:1"_s, u"WAYLAND_DISPLAY=wayland-0"_s}, xcb, true},
+        {{u"WAYLAND_DISPLAY=wayland-0"_s}, xcb, false},
+        {{}, xcb, false},
+        {{u"QT_QPA_PLATFORM=offscreen"_s}, std::nullopt, true},
+        {{u"QT_QPA_PLATFORM=xcb"_s}, std::nullopt, false},
+        {{u"QT_QPA_PLATFORM=wayland"_s}, std::nullopt, true},
     };
-    for (const DisplayCase& c : cases) {
-        SCOPED_TRACE(c.description);
-        EXPECT_EQ(DisplayEnvironment::requiredQpaPlatform(c.env), c.plugin);
-        const auto message = DisplayEnvironment::missingDisplayMessage(c.env);
-        EXPECT_EQ(!message.has_value(), c.hasDisplay);
+    for (const auto& [variables, plugin, hasDisplay] : cases) {
+        SCOPED_TRACE(variables.join(u' ').toStdString());
+        QProcessEnvironment env;
+        for (const QString& variable : variables)
+            env.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+        EXPECT_EQ(DisplayEnvironment::requiredQpaPlatform(env), plugin);
+        const auto message = DisplayEnvironment::missingDisplayMessage(env);
+        EXPECT_EQ(!message.has_value(), hasDisplay);
         if (message) {
             EXPECT_TRUE(message->startsWith(u"hueshelf: "));
             EXPECT_FALSE(message->contains(u'\n'));

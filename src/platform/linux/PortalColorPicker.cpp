@@ -37,8 +37,9 @@ void PortalColorPicker::pick(Platform::ColorPicked done) {
     auto pending = std::make_shared<Platform::ColorPicked>(std::move(done));
     Platform::ColorPicked finish = [self = QPointer(this),
                                     pending](std::optional<SampledColor> color) {
-        if (self)
-            self->m_picking = false;
+        // Through a plain pointer: the optimiser can't follow QPointer's check.
+        if (PortalColorPicker* picker = self.data())
+            picker->m_picking = false;
         if (auto answer = std::exchange(*pending, nullptr))
             answer(color);
     };

@@ -25,7 +25,7 @@ qint64 loopCountOf(const QList<ColorTemplate>& templates) {
     return -1;
 }
 
-class InterruptedSave : public OtherProcessFixture {};
+using InterruptedSave = OtherProcessFixture;
 
 TEST_F(InterruptedSave, AKilledWriterLeavesTheOldFileOrTheNewOne) {
     const ColorTemplate keep = makePalette(u"Keep me"_s, {makeColor(u"One"_s, u"#123456"_s)});
@@ -55,13 +55,10 @@ TEST_F(InterruptedSave, AKilledWriterLeavesTheOldFileOrTheNewOne) {
             last < 0 ? known : out.mid(last + 6).section(u'\n', 0, 0).toLongLong();
 
         // The file as any reader finds it now.
-        QJsonParseError error{};
-        const QJsonDocument document = QJsonDocument::fromJson(readBytes(prefsPath()), &error);
-        ASSERT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
+        const QJsonDocument document = QJsonDocument::fromJson(readBytes(prefsPath()));
         const std::optional<QByteArray> data = PreferencesFile::templatesData(document.object());
         ASSERT_TRUE(data);
-        const std::optional<QList<ColorTemplate>> templates =
-            TemplateJson::decodeTemplates(*data, clock);
+        const auto templates = TemplateJson::decodeTemplates(*data, clock);
         ASSERT_TRUE(templates && !templates->isEmpty());
         EXPECT_EQ(templates->constFirst().id, keep.id);
         EXPECT_EQ(document.object().value(kForeignKey), QJsonObject({{u"keep"_s, true}}));

@@ -2,7 +2,6 @@
 
 #include "../model/PersistenceFixture.h"
 #include "model/ColorStorage.h"
-#include "model/ExternalChangeMonitor.h"
 #include "model/PreferencesWriter.h"
 #include "model/TemplateLoader.h"
 
@@ -13,18 +12,15 @@
 
 namespace hueshelf::testing {
 
-// A temporary home shared by a store in the test (the real writer on its own thread, the real
-// monitor with its real directory watch, a manual clock and scheduler) and real second
-// processes: the test writer and the hueshelf binary, both pointed at that home through HOME and
-// XDG_CONFIG_HOME. The manual clock starts years before the system clock, so each of the other
-// processes' writes is later than anything the store stamped.
+// A temporary home shared by a store in the test (the real writer on its own thread, a manual
+// clock that starts years before the system's, so every write of another process is later) and
+// real second processes of the product pointed at that home.
 class OtherProcessFixture : public PersistenceFixture {
 protected:
     static inline const QString kForeignKey = QStringLiteral("helperState");
 
     void TearDown() override {
         writer.reset(); // first: its last completions still reach the store
-        monitor.reset();
         store.reset();
     }
 
@@ -41,11 +37,12 @@ protected:
         return env;
     }
 
-    // Runs a second process to its end; true when it exited by itself with status 0.
-    bool run(const QString& program, const QStringList& arguments, QString* out = nullptr) const {
+    // One scripted edit by the test writer, a full read-merge-write of its own, run to its end;
+    // true when the process exited by itself with status 0.
+    bool otherProcess(const QStringList& arguments, QString* out = nullptr) const {
         QProcess process;
         process.setProcessEnvironment(processEnvironment());
-        process.start(program, arguments);
+        process.start(QStringLiteral(HUESHELF_TEST_WRITER), arguments);
         if (!process.waitForStarted(10'000) || !process.waitForFinished(20'000)) {
             process.kill();
             process.waitForFinished(5'000);
@@ -55,10 +52,6 @@ protected:
             *out = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
         return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     }
-    // One scripted edit by the test writer (a full read-merge-write of its own).
-    bool otherProcess(const QStringList& arguments, QString* out = nullptr) const {
-        return run(QStringLiteral(HUESHELF_TEST_WRITER), arguments, out);
-    }
 
     // The file as another process of the product left it, with a key of its own.
     void seed(const QList<ColorTemplate>& templates, const QUuid& active) {
@@ -67,42 +60,19 @@ protected:
         ASSERT_TRUE(writeBytes(prefsPath(), QJsonDocument(object).toJson()));
     }
 
-    // The store as the bar opens it: the load at start, then the writer; optionally its
-    // monitor, past the start-up poll, so that only the real directory watch is left.
-    void openStore(bool withMonitor = false) {
+    // The store as the bar opens it: the load at start, then the writer.
+    void openStore() {
         store = std::make_unique<ColorStorage>(
             clock, scheduler, TemplateLoader::loadAtStart(locations, *settings, clock));
         writer = std::make_unique<PreferencesWriter>(prefsPath(), *settings);
         store->setWriter(writer.get());
-        if (withMonitor) {
-            monitor = std::make_unique<ExternalChangeMonitor>(*store, clock, scheduler, prefsPath(),
-                                                              locations.prefsDir);
-            monitor->start();
-            monitor->endStartupPoll();
-        }
-    }
-
-    // The real watch sees the other process's write; the debounce then runs out by hand.
-    bool noticeOutsideWrite() {
-        if (!spinUntil([&] { return monitor->isCheckPending(); }))
-            return false;
-        scheduler.advance(ExternalChangeMonitor::externalChangeDebounceSeconds);
-        return true;
     }
 
     QString fileActiveId() const {
         return readPreferences().value(PreferencesKeys::activeTemplateId).toString();
     }
-    std::optional<ColorTemplate> inFile(const QUuid& id) const {
-        for (const ColorTemplate& palette : templatesInFile()) {
-            if (palette.id == id)
-                return palette;
-        }
-        return std::nullopt;
-    }
 
     std::unique_ptr<ColorStorage> store;
-    std::unique_ptr<ExternalChangeMonitor> monitor;
     std::unique_ptr<PreferencesWriter> writer; // last, so it goes first
 };
 

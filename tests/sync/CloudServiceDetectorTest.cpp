@@ -26,7 +26,7 @@ using namespace Qt::StringLiterals;
 
 // A home, a runtime directory and XDG roots kept apart, so that a reader looking in the wrong
 // place finds nothing. Paths start with "~", "@run", "@config" or "@state"; "HOME" in contents
-// stands for the home; the contents "<fifo>" make a pipe, which must never be read.
+// stands for the home; "<fifo>" makes a pipe, which must never be read.
 class FakeMachine {
 public:
     QString resolve(QString path) const {
@@ -36,17 +36,15 @@ public:
                          root + u'/' + QLatin1StringView(marker).mid(marker[0] == '@'));
         return path;
     }
-    void makeDir(const QString& path) const { ASSERT_TRUE(QDir().mkpath(resolve(path))); }
     void writeFile(const QString& path, QByteArray contents) const {
         const QString full = resolve(path);
         QDir().mkpath(QFileInfo(full).path());
-        if (contents == "<fifo>") {
-            ASSERT_EQ(mkfifo(QFile::encodeName(full).constData(), 0600), 0);
-            return;
-        }
         QFile file(full);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(contents.replace("HOME", resolve(u"~"_s).toUtf8()));
+        if (contents == "<fifo>")
+            ASSERT_EQ(mkfifo(QFile::encodeName(full).constData(), 0600), 0);
+        else
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly) &&
+                        file.write(contents.replace("HOME", resolve(u"~"_s).toUtf8())) >= 0);
     }
     CloudServiceDetector detector() const {
         return CloudServiceDetector(CloudServiceRoots{resolve(u"~"_s), resolve(u"@run"_s),
@@ -138,7 +136,7 @@ TEST(CloudServiceDetector, FindsEachServiceWhereItsClientKeepsIt) {
         SCOPED_TRACE(c.what);
         FakeMachine machine;
         for (const QString& dir : c.dirs.split(u'|'))
-            machine.makeDir(dir);
+            ASSERT_TRUE(QDir().mkpath(machine.resolve(dir)));
         for (const auto& [path, contents] : c.files)
             machine.writeFile(path, contents);
         QList<DetectedCloudService> expected;

@@ -1,5 +1,5 @@
 // Tolerant reading of palette records and of the templates folder, as other devices, other
-// programs and accidents leave them.
+// programs and accidents leave them, and records that come back from a file bit for bit.
 
 #include "SyncTestSupport.h"
 
@@ -39,7 +39,7 @@ TEST(RecordRead, RequiredKeysFailTheRecordOptionalOnesTakeTheirDefault) {
         object.remove(key);
     object.insert(u"deletedAt"_s, QJsonValue::Null);
     object.insert(u"favouriteFruit"_s, u"plum"_s);
-    std::optional<SyncableTemplate> record = SyncableTemplate::fromJson(object);
+    const std::optional<SyncableTemplate> record = SyncableTemplate::fromJson(object);
     ASSERT_TRUE(record.has_value());
     EXPECT_EQ(record->id, QUuid(u"D1D1D1D1-AAAA-4BBB-8CCC-DDDDDDDDDDDD"_s));
     EXPECT_EQ(std::tuple(record->schemaVersion, record->revision, record->isLocked, record->deleted,
@@ -49,58 +49,41 @@ TEST(RecordRead, RequiredKeysFailTheRecordOptionalOnesTakeTheirDefault) {
     EXPECT_EQ(SyncableTemplate::fromJson(object)->revision, qint64(1) << 62);
 }
 
-TEST(RecordRead, ABadColourIsDroppedAloneAndCodesAreNormalised) {
+TEST(RecordRead, BadColoursAreDroppedAloneAndTwoHundredOfTheRestKept) {
     const QString id = u"22222222-3333-4444-8555-666666666666"_s;
     const auto entry = [&](const QString& name, const QJsonValue& hex) {
         return QJsonObject{{u"id"_s, id}, {u"name"_s, name}, {u"hex"_s, hex}};
     };
-    // Bad entries of every kind between good ones, whose codes come out canonical.
-    const QJsonArray colors = {entry(u"A1B2C3"_s, u"#A1B2C3"_s),
-                               entry(u"bad"_s, u"nope"_s),
-                               entry(u"bad"_s, u"#1234"_s),
-                               entry(u"bad"_s, u"##123456"_s),
-                               entry(u"bad"_s, u"#A1B2CG"_s),
-                               entry(u"bad"_s, 123456),
-                               entry(u"bad"_s, QJsonValue::Null),
-                               QJsonObject{{u"id"_s, id}, {u"hex"_s, u"#000"_s}},
-                               QJsonObject{{u"name"_s, u"bad"_s}, {u"hex"_s, u"#000"_s}},
-                               colorEntry(u"12345"_s, u"bad"_s, u"#000"_s),
-                               QJsonValue(42),
-                               QJsonValue(u"#123456"_s),
-                               entry(u"A1B2CF"_s, u"a1b2cf"_s),
-                               entry(u"00FF00"_s, u"  #0f0\n"_s)};
-    QJsonObject object = paletteObject();
-    object.insert(u"colors"_s, colors);
-    const std::optional<SyncableTemplate> record = SyncableTemplate::fromJson(object);
-    ASSERT_TRUE(record.has_value()) << "a bad colour must never cost the palette";
-    QStringList read;
-    for (const SyncableColorItem& color : record->colors)
-        read.append(color.name + u'=' + color.hex);
-    EXPECT_EQ(read, (QStringList{u"A1B2C3=#A1B2C3"_s, u"A1B2CF=#A1B2CF"_s, u"00FF00=#00FF00"_s}));
-    EXPECT_FALSE(record->colors.at(1).isLocked || record->colors.at(1).dividerBefore);
-}
-
-TEST(RecordRead, KeepsTheFirstTwoHundredOfTheColoursLeftWithTheHashAsFound) {
-    QJsonArray colors;
-    // Broken entries among the first ones must not count towards the limit.
-    for (int i = 0; i < 205; ++i)
-        colors.append(colorEntry(QUuid::createUuid().toString(QUuid::WithoutBraces),
-                                 QString::number(i),
-                                 (i == 3 || i == 50 || i == 199) ? u"nope"_s : u"#000000"_s));
+    // Bad entries of every kind first, which must not count towards the limit, then codes in
+    // other forms that come out canonical.
+    QJsonArray colors = {QJsonObject{{u"id"_s, id}, {u"hex"_s, u"#000"_s}},
+                         QJsonObject{{u"name"_s, u"x"_s}, {u"hex"_s, u"#000"_s}},
+                         colorEntry(u"12345"_s, u"x"_s, u"#000"_s), 42, u"#123456"_s};
+    for (const QJsonValue& hex :
+         {QJsonValue(u"nope"_s), QJsonValue(u"#1234"_s), QJsonValue(u"##123456"_s),
+          QJsonValue(u"#A1B2CG"_s), QJsonValue(123456), QJsonValue()})
+        colors.append(entry(u"x"_s, hex));
+    for (const auto& [name, hex] : {std::pair(u"A"_s, u"#A1B2C3"_s), std::pair(u"B"_s, u"a1b2cf"_s),
+                                    std::pair(u"C"_s, u"  #0f0\n"_s)})
+        colors.append(entry(name, hex));
+    for (int i = 0; i < 200; ++i)
+        colors.append(entry(QString::number(i), u"#000000"_s));
     QJsonObject object = paletteObject();
     object.insert(u"colors"_s, colors);
     object.insert(u"contentHash"_s, u"0123456789abcdef"_s);
     const std::optional<SyncableTemplate> record = SyncableTemplate::fromJson(object);
-    ASSERT_TRUE(record.has_value());
+    ASSERT_TRUE(record.has_value()) << "a bad colour must never cost the palette";
     ASSERT_EQ(record->colors.size(), 200);
-    EXPECT_EQ(record->colors.at(3).name, u"4"_s);
-    EXPECT_EQ(record->colors.constLast().name, u"202"_s);
-    EXPECT_EQ(record->contentHash, u"0123456789abcdef"_s);
-
+    QStringList read;
+    for (const SyncableColorItem& color : record->colors.mid(0, 3))
+        read.append(color.name + u'=' + color.hex);
+    EXPECT_EQ(read, (QStringList{u"A=#A1B2C3"_s, u"B=#A1B2CF"_s, u"C=#00FF00"_s}));
+    EXPECT_EQ(record->colors.constLast().name, u"196"_s);
+    EXPECT_FALSE(record->colors.at(1).isLocked || record->colors.at(1).dividerBefore);
+    EXPECT_EQ(record->contentHash, u"0123456789abcdef"_s); // the stored hash, as found
     // Without a stored hash, it is computed from the record as read.
     object.remove(u"contentHash"_s);
     const std::optional<SyncableTemplate> computed = SyncableTemplate::fromJson(object);
-    ASSERT_TRUE(computed.has_value());
     EXPECT_EQ(computed->contentHash, syncableContentHash(computed->name, computed->colors));
 }
 
@@ -124,60 +107,18 @@ TEST(RecordRead, NamesAreCutToOneHundredAndLabelsToFortyCharacters) {
     }
 }
 
-class TemplatesFolder : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(QDir().mkpath(folder)); }
-    void put(const QString& name, const QByteArray& bytes) {
-        ASSERT_TRUE(writeBytes(QDir(folder).filePath(name), bytes));
-    }
-    static QByteArray named(const QString& name, const QString& id) {
-        QJsonObject object = paletteObject(id);
-        object.insert(u"name"_s, name);
-        return QJsonDocument(object).toJson();
-    }
-    static QString idOf(int i) {
-        return u"%1-0000-4000-8000-000000000000"_s.arg(i, 8, 10, QChar(u'0'));
-    }
-
-    QTemporaryDir dir;
-    QString folder = dir.filePath(u"templates"_s);
-};
-
-TEST_F(TemplatesFolder, OnlyUuidNamedJsonFilesOfAtMostOneMebibyteAreRead) {
-    const QString id = u"AAAAAAAA-0000-4000-8000-000000000001"_s;
-    const auto padded = [&](const QString& name, qsizetype size) -> QByteArray {
-        QByteArray bytes = named(name, id);
-        return bytes + QByteArray(size - bytes.size(), ' ');
-    };
-    put(id + u".json"_s, padded(u"At the limit"_s, 1048576));
-    put(u"AAAAAAAA-0000-4000-8000-000000000002.json"_s, padded(u"One byte over"_s, 1048577));
-    put(u"bbbbbbbb-0000-4000-8000-000000000003.json"_s, named(u"Lower case"_s, id));
-    for (const char* name :
-         {"notes.json", "CCCCCCCC-0000-4000-8000-000000000004.JSON",
-          "CCCCCCCC-0000-4000-8000-000000000005.json.tmp",
-          "{CCCCCCCC-0000-4000-8000-000000000006}.json", "CCCCCCCC0000400080000000000000007.json",
-          "CCCCCCCC-0000-4000-8000-00000000008.json"})
-        put(QString::fromLatin1(name), named(u"Not a palette file"_s, id));
-    // Another program's file: keys in another order, extra keys, CRLF, tabs, a byte order mark,
-    // numbers in exponent form, a short code, optional keys left out.
-    put(idOf(9) + u".json"_s,
-        "\xEF\xBB\xBF{\r\n\t\"modifiedBy\" : \"B\",\r\n\t\"lastModified\" : 1.7000000001234567e12,"
-        "\r\n\t\"extra\" : {\"nested\" : [1, null]},\r\n\t\"name\" : \"Caf\\u00e9\",\r\n"
-        "\t\"createdBy\" : \"A\",\r\n\t\"createdAt\" : 1700000000000,\r\n\t\"colors\" : [{\"hex\":"
-        "\"abc\",\"name\":\"One\",\"id\":\"11111111-2222-4333-8444-555555555555\"}],\r\n"
-        "\t\"id\" : \"aaaaaaaa-0000-4000-8000-000000000001\"\r\n}\r\n");
-    const QList<SyncableTemplate> read = SyncFolder::readTemplatesFolder(folder);
-    ASSERT_EQ(read.size(), 3);
-    EXPECT_EQ(std::tuple(read[0].name, read[1].name, read[2].name),
-              std::tuple(u"Café"_s, u"At the limit"_s, u"Lower case"_s));
-    EXPECT_EQ(std::tuple(read[0].lastModified, read[0].colors.at(0).hex, read[0].schemaVersion),
-              std::tuple(1700000000123.4567, u"#AABBCC"_s, 1));
+QString idOf(int i) {
+    return u"%1-0000-4000-8000-000000000000"_s.arg(i, 8, 10, QChar(u'0'));
 }
 
-TEST_F(TemplatesFolder, ReadsInNameOrderLeavingOutDamagedAndNewerFiles) {
-    // Enough files for the read to be shared among threads, written in an order unlike that of
-    // their names; schema versions cycle through -1..4, and a newer device's (3 and above) is
-    // left alone.
+// Enough files for the read to be shared among threads, written in an order unlike that of
+// their names: damaged ones of every kind, schema versions -1..4 (a newer device's, 3 and above,
+// is left alone), files at and past the size limit, names that are no palette's, and a file
+// from another program.
+TEST(TemplatesFolder, ReadsUuidNamedFilesInNameOrderLeavingOutTheRest) {
+    const QTemporaryDir dir;
+    const QDir folder(dir.filePath(u"templates"_s));
+    ASSERT_TRUE(folder.mkpath(u"."_s));
     std::vector<int> order(150);
     std::iota(order.begin(), order.end(), 0);
     std::shuffle(order.begin(), order.end(), std::mt19937(11));
@@ -186,12 +127,11 @@ TEST_F(TemplatesFolder, ReadsInNameOrderLeavingOutDamagedAndNewerFiles) {
         QJsonObject object = paletteObject(idOf(i));
         object.insert(u"schemaVersion"_s, i % 6 - 1);
         const QByteArray bytes = QJsonDocument(object).toJson();
-        // Damaged files of every kind; a pipe must not block the read.
-        const QString path = QDir(folder).filePath(idOf(i) + u".json"_s);
+        const QString path = folder.filePath(idOf(i) + u".json"_s);
         const int kind = i % 13;
         if (kind == 4)
             ASSERT_TRUE(QDir().mkdir(path));
-        else if (kind == 5)
+        else if (kind == 5) // a pipe must not block the read
             ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
         else
             ASSERT_TRUE(writeBytes(path, kind == 1   ? bytes.left(bytes.size() / 2)
@@ -202,10 +142,39 @@ TEST_F(TemplatesFolder, ReadsInNameOrderLeavingOutDamagedAndNewerFiles) {
             expected[i] = QUuid(idOf(i));
     }
     expected.removeAll(QUuid());
+    for (const auto& [i, size] : {std::pair(150, 1048576), std::pair(151, 1048577)}) {
+        const QByteArray bytes = QJsonDocument(paletteObject(idOf(i))).toJson();
+        ASSERT_TRUE(writeBytes(folder.filePath(idOf(i) + u".json"_s),
+                               bytes + QByteArray(size - bytes.size(), ' ')));
+    }
+    expected.append(QUuid(idOf(150)));
+    for (const char* name :
+         {"notes.json", "CCCCCCCC-0000-4000-8000-000000000004.JSON",
+          "CCCCCCCC-0000-4000-8000-000000000005.json.tmp",
+          "{CCCCCCCC-0000-4000-8000-000000000006}.json", "CCCCCCCC0000400080000000000000007.json",
+          "CCCCCCCC-0000-4000-8000-00000000008.json"})
+        ASSERT_TRUE(writeBytes(folder.filePath(QString::fromLatin1(name)),
+                               QJsonDocument(paletteObject(idOf(999))).toJson()));
+    // Keys in another order, extra keys, CRLF, tabs, a byte order mark, numbers in exponent
+    // form, a short code, optional keys left out; a lower-case file name.
+    ASSERT_TRUE(writeBytes(
+        folder.filePath(u"ffffffff-0000-4000-8000-000000000001.json"_s),
+        "\xEF\xBB\xBF{\r\n\t\"modifiedBy\" : \"B\",\r\n\t\"lastModified\" : 1.7000000001234567e12,"
+        "\r\n\t\"extra\" : {\"nested\" : [1, null]},\r\n\t\"name\" : \"Caf\\u00e9\",\r\n"
+        "\t\"createdBy\" : \"A\",\r\n\t\"createdAt\" : 1700000000000,\r\n\t\"colors\" : [{\"hex\":"
+        "\"abc\",\"name\":\"One\",\"id\":\"11111111-2222-4333-8444-555555555555\"}],\r\n"
+        "\t\"id\" : \"aaaaaaaa-0000-4000-8000-000000000001\"\r\n}\r\n"));
+    expected.append(QUuid(u"aaaaaaaa-0000-4000-8000-000000000001"_s));
+
+    const QList<SyncableTemplate> read = SyncFolder::readTemplatesFolder(folder.path());
     QList<QUuid> ids;
-    for (const SyncableTemplate& record : SyncFolder::readTemplatesFolder(folder))
+    for (const SyncableTemplate& record : read)
         ids.append(record.id);
     EXPECT_EQ(ids, expected);
+    ASSERT_FALSE(read.isEmpty());
+    EXPECT_EQ(std::tuple(read.constLast().name, read.constLast().lastModified,
+                         read.constLast().colors.at(0).hex, read.constLast().schemaVersion),
+              std::tuple(u"Café"_s, 1700000000123.4567, u"#AABBCC"_s, 1));
     EXPECT_TRUE(SyncFolder::readTemplatesFolder(dir.filePath(u"nowhere"_s)).isEmpty());
     EXPECT_TRUE(SyncFolder::readTemplatesFolder(QString()).isEmpty());
 }
@@ -216,7 +185,6 @@ TEST(RecordWrite, EveryKeyIsWrittenNoneAsNullAndStampsComeBackBitForBit) {
     EXPECT_TRUE(bytes.contains("\"D1D1D1D1-AAAA-4BBB-8CCC-DDDDDDDDDDDD\"") &&
                 !bytes.contains("null"));
     EXPECT_EQ(QJsonDocument::fromJson(bytes).object().keys().size(), 12);
-
     // The engine compares stamps exactly, so any double must survive the file.
     std::mt19937_64 random(20240611);
     for (int i = 0; i < 5000; ++i) {

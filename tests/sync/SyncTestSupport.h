@@ -10,9 +10,6 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 }
 
 #include "../model/PersistenceFixture.h"
-#include "ManualClock.h"
-#include "ManualScheduler.h"
-#include "TempHome.h"
 #include "model/ColorStorage.h"
 #include "model/ContentHash.h"
 #include "sync/FolderWatch.h"
@@ -22,19 +19,10 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 #include "sync/SyncFolder.h"
 #include "sync/SyncManager.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QSettings>
-
-#include <gtest/gtest.h>
 
 #include <deque>
-#include <memory>
 #include <tuple>
 #include <utility>
 

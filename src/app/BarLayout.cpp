@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace hueshelf::app::BarLayout {
 
@@ -99,67 +100,53 @@ int overflowPopoverWidth(int columns) {
     return columns * overflowSwatchWidth + (columns - 1) * overflowSwatchGap + 24;
 }
 
+namespace {
+
+// The sync button's words and symbol for each status.
+struct SyncWords {
+    QString label;
+    QString title;
+    QString detail;
+    QString symbol;
+};
+
+const SyncWords& syncWords(SyncStatus::Kind kind) {
+    using Kind = SyncStatus::Kind;
+    static const std::map<Kind, SyncWords> words = {
+        {Kind::disabled,
+         {u"Sync disabled"_s, u"Sync Disabled"_s, u"Cloud sync is turned off"_s, u"cloud"_s}},
+        {Kind::syncing,
+         {u"Syncing..."_s, u"Syncing..."_s, u"Syncing changes..."_s,
+          u"arrow.triangle.2.circlepath"_s}},
+        {Kind::synced,
+         {u"Synced - Click to sync now"_s, u"Synced"_s,
+          u"All changes are up to date. Click to sync now."_s, u"icloud"_s}},
+        {Kind::offline,
+         {u"Offline - Click to retry"_s, u"Offline"_s, u"Cloud folder not accessible"_s,
+          u"cloud"_s}},
+        {Kind::error,
+         {u"Sync error - Click to retry"_s, u"Sync Error"_s,
+          u"There was a problem syncing. Click to retry."_s, u"exclamationmark.triangle"_s}},
+    };
+    return words.at(kind);
+}
+
+} // namespace
+
 QString syncLabel(SyncStatus::Kind kind) {
-    switch (kind) {
-    case SyncStatus::Kind::disabled:
-        return u"Sync disabled"_s;
-    case SyncStatus::Kind::syncing:
-        return u"Syncing..."_s;
-    case SyncStatus::Kind::synced:
-        return u"Synced - Click to sync now"_s;
-    case SyncStatus::Kind::offline:
-        return u"Offline - Click to retry"_s;
-    case SyncStatus::Kind::error:
-        break;
-    }
-    return u"Sync error - Click to retry"_s;
+    return syncWords(kind).label;
 }
 
 QString syncTitle(SyncStatus::Kind kind) {
-    switch (kind) {
-    case SyncStatus::Kind::disabled:
-        return u"Sync Disabled"_s;
-    case SyncStatus::Kind::syncing:
-        return u"Syncing..."_s;
-    case SyncStatus::Kind::synced:
-        return u"Synced"_s;
-    case SyncStatus::Kind::offline:
-        return u"Offline"_s;
-    case SyncStatus::Kind::error:
-        break;
-    }
-    return u"Sync Error"_s;
+    return syncWords(kind).title;
 }
 
 QString syncDetail(SyncStatus::Kind kind) {
-    switch (kind) {
-    case SyncStatus::Kind::disabled:
-        return u"Cloud sync is turned off"_s;
-    case SyncStatus::Kind::syncing:
-        return u"Syncing changes..."_s;
-    case SyncStatus::Kind::synced:
-        return u"All changes are up to date. Click to sync now."_s;
-    case SyncStatus::Kind::offline:
-        return u"Cloud folder not accessible"_s;
-    case SyncStatus::Kind::error:
-        break;
-    }
-    return u"There was a problem syncing. Click to retry."_s;
+    return syncWords(kind).detail;
 }
 
 QString syncSymbol(SyncStatus::Kind kind) {
-    switch (kind) {
-    case SyncStatus::Kind::syncing:
-        return u"arrow.triangle.2.circlepath"_s;
-    case SyncStatus::Kind::synced:
-        return u"icloud"_s;
-    case SyncStatus::Kind::error:
-        return u"exclamationmark.triangle"_s;
-    case SyncStatus::Kind::disabled:
-    case SyncStatus::Kind::offline:
-        break;
-    }
-    return u"cloud"_s;
+    return syncWords(kind).symbol;
 }
 
 QString syncTooltip(SyncStatus::Kind kind, std::optional<double> lastSyncMs, double nowMs) {

@@ -43,14 +43,9 @@ public:
     // there to point at.
     static constexpr double newColorEditorDelay = 0.15;
 
-    struct Services {
-        ColorStorage& storage;
-        Platform& platform;
-        QSettings& settings;
-        RecentColorsManager& recentColors;
-        ToastManager& toasts;
-        Scheduler& scheduler;
-        // Optional from here on: the bar works without them, with less.
+    // What the swatches' gestures need, and, optional from here on, the rest of the bar's
+    // helpers: the bar works without them, with less.
+    struct Services : SwatchActions::Services {
         BarTooltipController* tooltips = nullptr;
         SyncManager* sync = nullptr;
         std::function<void()> syncNow = {};

@@ -19,8 +19,8 @@ namespace hueshelf::testing {
 struct BarHarness {
     explicit BarHarness(const QList<ColorTemplate>& templates, QUuid active = {})
         : store(templates, active) {
-        app::BarModel::Services services{*store.store, platform, settings,
-                                         recent,       toasts,   store.scheduler};
+        app::BarModel::Services services{
+            {*store.store, platform, settings, recent, toasts, store.scheduler}};
         services.reduceMotion = [this] { return reduceMotion; };
         services.importFile = [this](const QString& path, bool several) {
             imported.append(path + (several ? QStringLiteral(" +more") : QString()));

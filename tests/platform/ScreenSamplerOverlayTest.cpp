@@ -21,24 +21,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// A real X server (Xvfb will do) and xdotool to click on it; without them the cases skip, and
-// the mapping of points to pixels is covered by the pure tests.
-QString skipReason() {
-    if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        return u"no X display"_s;
-    if (QStandardPaths::findExecutable(u"xdotool"_s).isEmpty())
-        return u"xdotool is not installed"_s;
-    if (testing::platformTestApplication() == nullptr || QGuiApplication::platformName() != u"xcb")
-        return u"the application is not on xcb"_s;
-    return {};
-}
-
-bool xdotool(const QStringList& arguments) {
-    QProcess process;
-    process.start(u"xdotool"_s, arguments);
-    return process.waitForFinished(10000) && process.exitCode() == 0;
-}
-
 // A picture no screen shows: every device pixel differs from its neighbours.
 QImage patternFor(QScreen* screen) {
     const QSize size = screen->geometry().size() * screen->devicePixelRatio();
@@ -62,7 +44,7 @@ protected:
 class ScreenSamplerOverlayTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        const QString reason = skipReason();
+        const QString reason = testing::x11SkipReason();
         if (!reason.isEmpty())
             GTEST_SKIP() << reason.toStdString();
         screen = QGuiApplication::primaryScreen();
@@ -117,8 +99,8 @@ TEST_F(ScreenSamplerOverlayTest, AClickPicksThePixelOfTheFrozenPictureUnderIt) {
     for (const QPoint& point : points) {
         SCOPED_TRACE(point.x());
         ASSERT_NO_FATAL_FAILURE(start());
-        ASSERT_TRUE(xdotool({u"mousemove"_s, QString::number(point.x()), QString::number(point.y()),
-                             u"click"_s, u"1"_s}));
+        ASSERT_TRUE(testing::xdotool({u"mousemove"_s, QString::number(point.x()),
+                                      QString::number(point.y()), u"click"_s, u"1"_s}));
         ASSERT_NO_FATAL_FAILURE(waitForAnswer());
         EXPECT_EQ(answers.front(), expectedAt(point));
     }
@@ -131,7 +113,7 @@ TEST_F(ScreenSamplerOverlayTest, EscapeOrARightClickCancelsAndClosesTheOverlay) 
     for (const QStringList& gesture : gestures) {
         SCOPED_TRACE(gesture.constFirst().toStdString());
         ASSERT_NO_FATAL_FAILURE(start());
-        ASSERT_TRUE(xdotool(gesture));
+        ASSERT_TRUE(testing::xdotool(gesture));
         ASSERT_NO_FATAL_FAILURE(waitForAnswer());
         EXPECT_EQ(answers.front(), std::nullopt);
         const auto windows = QGuiApplication::topLevelWindows();

@@ -18,22 +18,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// A real X server (Xvfb will do) and xdotool to type on it. Without them, as in CI, the cases
-// skip: the decisions they exercise are covered by the pure tests beside them.
-QString skipReason() {
-    if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        return u"no X display"_s;
-    if (QStandardPaths::findExecutable(u"xdotool"_s).isEmpty())
-        return u"xdotool is not installed"_s;
-    if (testing::platformTestApplication() == nullptr || QGuiApplication::platformName() != u"xcb")
-        return u"the application is not on xcb"_s;
-    return {};
-}
-
 bool type(const char* keys) {
-    QProcess xdotool;
-    xdotool.start(u"xdotool"_s, {u"key"_s, QString::fromLatin1(keys)});
-    return xdotool.waitForFinished(10000) && xdotool.exitCode() == 0;
+    return testing::xdotool({u"key"_s, QString::fromLatin1(keys)});
 }
 
 int waitForCount(const int& count, int wanted) {
@@ -44,7 +30,7 @@ int waitForCount(const int& count, int wanted) {
 class X11GlobalShortcutTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        const QString reason = skipReason();
+        const QString reason = testing::x11SkipReason();
         if (!reason.isEmpty())
             GTEST_SKIP() << reason.toStdString();
     }

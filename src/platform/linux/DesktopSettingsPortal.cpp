@@ -1,5 +1,7 @@
 #include "platform/linux/DesktopSettingsPortal.h"
 
+#include "platform/linux/PortalNames.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -7,8 +9,6 @@
 namespace hueshelf {
 
 namespace {
-const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
-const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 } // namespace
 
@@ -19,16 +19,17 @@ DesktopSettingsPortal::DesktopSettingsPortal(QDBusConnection bus, QObject* paren
     // QtDBus finds the slot's argument types by name, and a type's name is known only once it
     // was registered; without this the subscription fails unless something else did it first.
     qRegisterMetaType<QDBusVariant>();
-    m_bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"),
-                  this, SLOT(onSettingChanged(QString, QString, QDBusVariant)));
+    m_bus.connect(Portal::service, Portal::path, settingsInterface,
+                  QStringLiteral("SettingChanged"), this,
+                  SLOT(onSettingChanged(QString, QString, QDBusVariant)));
     for (const DesktopSettings::Key& key : DesktopSettings::watchedKeys)
         requestSetting(QString::fromUtf16(key.settingsNamespace), QString::fromUtf16(key.key));
 }
 
 void DesktopSettingsPortal::requestSetting(const QString& settingsNamespace, const QString& key) {
     // Read is the call every portal version has; ReadOne would save one variant layer only.
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface,
-                                                       QStringLiteral("Read"));
+    QDBusMessage call = QDBusMessage::createMethodCall(Portal::service, Portal::path,
+                                                       settingsInterface, QStringLiteral("Read"));
     call << settingsNamespace << key;
     auto* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,

@@ -1,5 +1,6 @@
 #include "platform/linux/PortalColorPicker.h"
 
+#include "platform/linux/PortalNames.h"
 #include "platform/linux/PortalRequest.h"
 
 #include <QCoreApplication>
@@ -15,11 +16,7 @@ namespace hueshelf {
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString portalService = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString screenshotInterface = u"org.freedesktop.portal.Screenshot"_s;
-constexpr uint success = 0;
-constexpr uint cancelled = 1;
 } // namespace
 
 PortalColorPicker::PortalColorPicker(Fallback fallback, QDBusConnection bus, QObject* parent)
@@ -49,7 +46,7 @@ void PortalColorPicker::pick(Platform::ColorPicked done) {
         return;
     }
     const QString token = PortalRequest::newToken();
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath,
+    QDBusMessage call = QDBusMessage::createMethodCall(Portal::service, Portal::path,
                                                        screenshotInterface, u"PickColor"_s);
     // No parent window: the platform layer does not know the bar's, and the portal then centres
     // whatever it shows on its own.
@@ -57,9 +54,9 @@ void PortalColorPicker::pick(Platform::ColorPicked done) {
     PortalRequest::send(
         m_bus, call, token,
         [this, finish](uint response, const QVariantMap& results) {
-            if (response == success)
+            if (response == Portal::success)
                 finish(colorFromResults(results));
-            else if (response == cancelled)
+            else if (response == Portal::cancelled)
                 finish(std::nullopt);
             else
                 // A missing portal, one without PickColor, or one that could not show its

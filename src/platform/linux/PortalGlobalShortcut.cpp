@@ -1,5 +1,6 @@
 #include "platform/linux/PortalGlobalShortcut.h"
 
+#include "platform/linux/PortalNames.h"
 #include "platform/linux/PortalRequest.h"
 
 #include <QDBusArgument>
@@ -11,12 +12,9 @@ namespace hueshelf {
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString portalService = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString shortcutsInterface = u"org.freedesktop.portal.GlobalShortcuts"_s;
 const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 const QString toggleBarId = u"toggle-bar"_s;
-constexpr uint success = 0;
 
 // One entry of BindShortcuts' a(sa{sv}).
 struct PortalShortcut {
@@ -72,7 +70,7 @@ void PortalGlobalShortcut::bind(std::function<void()> onActivated) {
 
 void PortalGlobalShortcut::createSession() {
     const QString token = PortalRequest::newToken();
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath,
+    QDBusMessage call = QDBusMessage::createMethodCall(Portal::service, Portal::path,
                                                        shortcutsInterface, u"CreateSession"_s);
     call << QVariantMap{{u"handle_token"_s, token},
                         {u"session_handle_token"_s, PortalRequest::newToken()}};
@@ -83,7 +81,7 @@ void PortalGlobalShortcut::createSession() {
             if (generation != m_generation)
                 return;
             m_session = sessionHandle(results.value(u"session_handle"_s));
-            if (response != success || m_session.isEmpty()) {
+            if (response != Portal::success || m_session.isEmpty()) {
                 setBound(false);
                 return;
             }
@@ -97,11 +95,11 @@ void PortalGlobalShortcut::bindShortcuts() {
     qDBusRegisterMetaType<QList<PortalShortcut>>();
     // Activations name the session; subscribe before the portal can send one.
     qRegisterMetaType<QDBusObjectPath>();
-    m_bus.connect(portalService, portalPath, shortcutsInterface, u"Activated"_s, this,
+    m_bus.connect(Portal::service, Portal::path, shortcutsInterface, u"Activated"_s, this,
                   SLOT(onActivated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
 
     const QString token = PortalRequest::newToken();
-    QDBusMessage call = QDBusMessage::createMethodCall(portalService, portalPath,
+    QDBusMessage call = QDBusMessage::createMethodCall(Portal::service, Portal::path,
                                                        shortcutsInterface, u"BindShortcuts"_s);
     const QList<PortalShortcut> shortcuts{{toggleBarId,
                                            {{u"description"_s, u"Show or hide the bar"_s},
@@ -113,7 +111,7 @@ void PortalGlobalShortcut::bindShortcuts() {
         m_bus, call, token,
         [this, generation](uint response, const QVariantMap&) {
             if (generation == m_generation)
-                setBound(response == success);
+                setBound(response == Portal::success);
         },
         this);
 }
@@ -124,11 +122,11 @@ void PortalGlobalShortcut::unbind() {
     m_bound = false;
     if (m_session.isEmpty())
         return;
-    m_bus.disconnect(portalService, portalPath, shortcutsInterface, u"Activated"_s, this,
+    m_bus.disconnect(Portal::service, Portal::path, shortcutsInterface, u"Activated"_s, this,
                      SLOT(onActivated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
     // Closing the session releases the binding; nobody waits for the answer.
     m_bus.send(
-        QDBusMessage::createMethodCall(portalService, m_session, sessionInterface, u"Close"_s));
+        QDBusMessage::createMethodCall(Portal::service, m_session, sessionInterface, u"Close"_s));
     m_session.clear();
 }
 

@@ -1,5 +1,7 @@
 #include "platform/linux/PortalRequest.h"
 
+#include "platform/linux/PortalNames.h"
+
 #include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -10,9 +12,7 @@ namespace hueshelf {
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString portalService = u"org.freedesktop.portal.Desktop"_s;
 const QString requestInterface = u"org.freedesktop.portal.Request"_s;
-constexpr uint otherEnd = 2;
 
 // The portal names the request after the caller: its unique name without the colon, dots
 // turned into underscores.
@@ -40,7 +40,7 @@ void PortalRequest::send(QDBusConnection bus, const QDBusMessage& call, const QS
                 finished->deleteLater();
                 const QDBusPendingReply<QDBusObjectPath> reply = *finished;
                 if (reply.isError()) {
-                    request->finish(otherEnd, {});
+                    request->finish(Portal::otherEnd, {});
                     return;
                 }
                 // Portals older than the handle_token rule choose the path themselves.
@@ -52,10 +52,10 @@ void PortalRequest::send(QDBusConnection bus, const QDBusMessage& call, const QS
 
 bool PortalRequest::subscribe(const QString& path) {
     if (!m_path.isEmpty())
-        m_bus.disconnect(portalService, m_path, requestInterface, u"Response"_s, this,
+        m_bus.disconnect(Portal::service, m_path, requestInterface, u"Response"_s, this,
                          SLOT(onResponse(uint, QVariantMap)));
     m_path = path;
-    return m_bus.connect(portalService, m_path, requestInterface, u"Response"_s, this,
+    return m_bus.connect(Portal::service, m_path, requestInterface, u"Response"_s, this,
                          SLOT(onResponse(uint, QVariantMap)));
 }
 
@@ -66,7 +66,7 @@ void PortalRequest::onResponse(uint response, const QVariantMap& results) {
 void PortalRequest::finish(uint response, const QVariantMap& results) {
     if (!m_callback)
         return;
-    m_bus.disconnect(portalService, m_path, requestInterface, u"Response"_s, this,
+    m_bus.disconnect(Portal::service, m_path, requestInterface, u"Response"_s, this,
                      SLOT(onResponse(uint, QVariantMap)));
     const Callback callback = std::exchange(m_callback, nullptr);
     deleteLater();

@@ -273,12 +273,20 @@ void FloatingHueShelfView::rebuildSwatches() {
     m_overflowButton->setHiddenCount(hidden);
     m_addButton->setPaletteLocked(m_model.isLocked());
 
-    m_listSwatches.clear();
-    if (hidden > 0) {
-        m_overflow->setContent(
-            PaletteGroups::overflowSections(m_model.colors(), BarLayout::maxVisibleSwatches), all);
-        m_listSwatches = m_overflow->swatchWidgets();
-    }
+    // The list is filled when it opens: a palette of hundreds would otherwise rebuild all its
+    // hidden swatches on every edit.
+    m_overflowStale = true;
+    if (m_overflow->isVisible())
+        refreshOverflowContent();
+}
+
+void FloatingHueShelfView::refreshOverflowContent() {
+    m_overflowStale = false;
+    m_overflow->setContent(
+        PaletteGroups::overflowSections(m_model.colors(), BarLayout::maxVisibleSwatches),
+        m_model.swatches());
+    m_listSwatches = m_overflow->swatchWidgets();
+    updateHighlight();
 }
 
 void FloatingHueShelfView::updateTools() {
@@ -320,9 +328,11 @@ void FloatingHueShelfView::updateHighlight() {
 
 void FloatingHueShelfView::updateOverflow() {
     const bool show = m_model.hover().showingOverflow() && m_model.overflowCount() > 0;
-    if (show && !m_overflow->isVisible())
+    if (show && !m_overflow->isVisible()) {
+        if (m_overflowStale)
+            refreshOverflowContent();
         m_overflow->showAt(globalFrame(m_overflowButton));
-    else if (!show && m_overflow->isVisible())
+    } else if (!show && m_overflow->isVisible())
         m_overflow->hide();
 }
 

@@ -71,6 +71,7 @@ private:
     void updateTools();
     void updateHighlight();
     void updateOverflow();
+    void refreshOverflowContent();
     void openLensMenu();
     void saveAsFile();
     void shake();
@@ -97,6 +98,8 @@ private:
     QWidget* m_syncSeparator = nullptr;
     CompactButton* m_syncButton = nullptr;
     OverflowPopover* m_overflow = nullptr;
+    // The palette changed since the list was last filled.
+    bool m_overflowStale = true;
     SavePathPrompt m_savePathPrompt;
     double m_shakeOffset = 0.0;
     QPointer<QVariantAnimation> m_shakeAnimation;

@@ -169,6 +169,10 @@ TEST_F(BarView, AHoveredGroupPeeksIntoTheList) {
     // A click in the list copies like the bar; a press elsewhere dismisses it.
     click(list->swatchWidgets().at(1));
     EXPECT_EQ(bar.platform.clipboardText(), bar.colors()[7].hex);
+    // An edit while the list is open refills it: the new colour pushes one more behind the bar.
+    bar.model->addColor();
+    settle();
+    EXPECT_EQ(list->swatchWidgets().size(), 3);
     click(window.swatchWidgets().at(0));
     EXPECT_FALSE(list->isVisible());
     EXPECT_FALSE(window.swatchWidgets().at(0)->state().isDimmed);

@@ -150,8 +150,8 @@ void BarModel::setLens(ColorVisionSimulation::SimulationType lens) {
 QString BarModel::lensTooltip() const {
     if (m_lens == ColorVisionSimulation::SimulationType::normal)
         return ColorVisionSimulation::lensMenuTitle();
-    return u"How others see it, showing "_s + ColorVisionSimulation::lensLabel(m_lens) +
-           u" \u2014 click to change"_s;
+    // The bar's button says which lens is on in the words of its accessible value.
+    return ColorVisionSimulation::lensAccessibleValue(m_lens) + u" \u2014 click to change"_s;
 }
 
 QString BarModel::checkLabel() const {

@@ -304,6 +304,8 @@ void FloatingHueShelfView::updateTools() {
     const bool lensOn = m_model.lens() != ColorVisionSimulation::SimulationType::normal;
     m_lensButton->setSymbol(lensOn ? u"eye.fill"_s : u"eye"_s);
     m_lensButton->setLabel(m_model.lensTooltip());
+    m_lensButton->setAccessibleDescription(
+        ColorVisionSimulation::lensAccessibleValue(m_model.lens()));
 
     m_eyedropperButton->setLabel(m_model.eyedropper().tooltip());
     m_eyedropperButton->setDimmed(m_model.eyedropper().isPicking());

@@ -70,6 +70,15 @@ QString addButtonLabel(bool paletteLocked) {
     return paletteLocked ? u"Unlock this palette to add colors"_s : u"Add a color"_s;
 }
 
+LockLook lockLook(bool paletteLocked) {
+    if (!paletteLocked)
+        return {u"lock.open"_s, {}, {}};
+    const QColor amber = QColor::fromRgbF(0.83f, 0.64f, 0.30f);
+    QColor fill = amber;
+    fill.setAlphaF(0.12f);
+    return {u"lock.fill"_s, amber, fill};
+}
+
 QString lockButtonLabel(bool paletteLocked) {
     return paletteLocked ? u"Unlock palette"_s : u"Lock palette"_s;
 }

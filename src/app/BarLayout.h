@@ -3,6 +3,7 @@
 #include "model/PaletteGroups.h"
 #include "sync/SyncStatus.h"
 
+#include <QColor>
 #include <QList>
 #include <QString>
 
@@ -53,6 +54,13 @@ QString chipAccessibleLabel(const QString& name);
 QString chipTooltip(const QString& name, const TextWidth& width);
 
 QString addButtonLabel(bool paletteLocked);
+// The lock button: "lock.fill" in amber on a faint amber fill when locked, "lock.open" plain.
+struct LockLook {
+    QString symbol;
+    QColor tint;     // invalid: the secondary text colour
+    QColor backdrop; // invalid: none
+};
+LockLook lockLook(bool paletteLocked);
 QString lockButtonLabel(bool paletteLocked);
 // "Minimize to the menu bar", with the hot key in parentheses when one is known.
 QString minimizeLabel(const std::optional<QString>& hotKey);

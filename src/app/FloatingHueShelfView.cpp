@@ -291,14 +291,16 @@ void FloatingHueShelfView::refreshOverflowContent() {
 
 void FloatingHueShelfView::updateTools() {
     const bool locked = m_model.isLocked();
-    m_lockButton->setSymbol(locked ? u"lock.fill"_s : u"lock.open"_s,
-                            locked ? QColor::fromRgbF(0.83f, 0.64f, 0.30f) : QColor());
-    m_lockButton->setBackdrop(locked ? QColor::fromRgbF(0.83f, 0.64f, 0.30f, 0.12f) : QColor());
+    const BarLayout::LockLook lock = BarLayout::lockLook(locked);
+    m_lockButton->setSymbol(lock.symbol, lock.tint);
+    m_lockButton->setBackdrop(lock.backdrop);
     m_lockButton->setLabel(BarLayout::lockButtonLabel(locked));
 
     const int issues = m_model.issueCount();
-    m_checkButton->setSymbol(issues == 0 ? u"checkmark.circle.fill"_s
-                                         : u"exclamationmark.circle.fill"_s);
+    const PaletteCheck::CheckButtonIcon icon = PaletteCheck::checkButtonIcon(issues);
+    m_checkButton->setSymbol(icon.symbol, QColor::fromRgbF(static_cast<float>(icon.color.red),
+                                                           static_cast<float>(icon.color.green),
+                                                           static_cast<float>(icon.color.blue)));
     m_checkButton->setLabel(m_model.checkLabel());
 
     const bool lensOn = m_model.lens() != ColorVisionSimulation::SimulationType::normal;

@@ -58,6 +58,12 @@ TEST(BarLayout, CountsLabelsAndTheOverflowList) {
     EXPECT_EQ(BarLayout::overflowCount(7), 1);
     EXPECT_EQ(BarLayout::overflowAccessibleLabel(1), u"1 more color"_s);
     EXPECT_EQ(BarLayout::overflowAccessibleLabel(12), u"12 more colors"_s);
+    EXPECT_EQ(BarLayout::lockLook(false).symbol, u"lock.open"_s);
+    EXPECT_FALSE(BarLayout::lockLook(false).backdrop.isValid());
+    const BarLayout::LockLook locked = BarLayout::lockLook(true);
+    EXPECT_EQ(locked.symbol, u"lock.fill"_s);
+    EXPECT_EQ(locked.backdrop.rgb(), locked.tint.rgb());
+    EXPECT_NEAR(locked.backdrop.alphaF(), 0.12, 0.005);
     EXPECT_EQ(BarLayout::minimizeLabel(std::nullopt), u"Minimize to the menu bar"_s);
     EXPECT_EQ(BarLayout::minimizeLabel(u"Ctrl+Shift+B"_s),
               u"Minimize to the menu bar (Ctrl+Shift+B)"_s);

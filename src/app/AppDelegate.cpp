@@ -12,6 +12,7 @@
 #include "app/BarWindowEffects.h"
 #include "app/ChromeSyncWait.h"
 #include "app/ExtractPaletteModel.h"
+#include "app/ExtractPalettePopover.h"
 #include "app/FloatingHueShelfView.h"
 #include "app/FloatingWindow.h"
 #include "app/KeyboardModality.h"
@@ -102,6 +103,8 @@ AppDelegate::AppDelegate(const AppPaths& paths, std::unique_ptr<Platform> platfo
     createOverlays(clock, scheduler);
     m_extractPalette = std::make_unique<ExtractPaletteModel>(*m_storage, scheduler);
     createBar(clock, scheduler);
+    m_extractPopover = std::make_unique<ExtractPalettePopover>(*m_extractPalette);
+    m_extractPopover->setAnchor([this] { return m_window->frameGeometry(); });
     m_positionStore = std::make_unique<BarPositionStore>(*m_settings, m_locations.isIsolated);
     createBarVisibility(scheduler);
     createAuxiliaryWindows(env);

@@ -42,6 +42,7 @@ class BarTooltip;
 class BarTooltipController;
 class ChromeSyncWait;
 class ExtractPaletteModel;
+class ExtractPalettePopover;
 class FloatingWindow;
 class ShortcutKeyFilter;
 class ToastWindow;
@@ -169,6 +170,7 @@ private:
     std::unique_ptr<RecentColorsManager> m_recentColors;
     // A dropped image on its way to a palette.
     std::unique_ptr<ExtractPaletteModel> m_extractPalette;
+    std::unique_ptr<ExtractPalettePopover> m_extractPopover;
     std::unique_ptr<BarModel> m_barModel;
     // The user's look (settings) over the desktop's; the menu changes it.
     std::unique_ptr<AppearanceController> m_appearance;

@@ -3,6 +3,8 @@
 #include "app/BarTooltip.h"
 #include "app/CompactButton.h"
 #include "app/CompactColorSwatch.h"
+#include "app/ExtractPaletteModel.h"
+#include "app/ExtractPalettePopover.h"
 #include "app/FloatingHueShelfView.h"
 #include "app/FloatingWindow.h"
 #include "app/OverflowButton.h"
@@ -11,9 +13,11 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPushButton>
 
 #include <gtest/gtest.h>
 
@@ -207,6 +211,46 @@ TEST_F(BarView, TheLensMenuRedrawsButCopiesTheRealCode) {
     EXPECT_TRUE(BarTooltip::textOf(lens).startsWith(u"How others see it, showing "_s));
     click(window.swatchWidgets().at(0));
     EXPECT_EQ(bar.platform.clipboardText(), u"#FF0000"_s);
+}
+
+// What an image drop found: the popover opens a moment later with the colours under their names;
+// a blank palette name can't be created, a renamed colour keeps its new name, and "Create
+// palette" adds the palette and closes.
+TEST_F(BarView, TheExtractPopoverTurnsFoundColoursIntoAPalette) {
+    BarHarness bar({palette(u"P"_s, numberedColors(2))});
+    ExtractPaletteModel extract(*bar.store.store, bar.store.scheduler);
+    ExtractPalettePopover popover(extract);
+    popover.setAnchor([] { return QRect(100, 100, 600, 44); });
+    extract.present(QStringList{u"#FF0000"_s, u"#00FF00"_s, u"#0000FF"_s});
+    EXPECT_FALSE(popover.isVisible());
+    bar.store.scheduler.advance(ExtractPaletteModel::openDelaySeconds);
+    ASSERT_TRUE(popover.isVisible());
+    ASSERT_EQ(popover.swatchNameFields().size(), 3);
+    EXPECT_EQ(popover.paletteNameField()->text(), u"Extracted palette"_s);
+
+    // Typing goes to the model as it happens.
+    const auto type = [](QLineEdit* field, const QString& text) {
+        field->setText(text);
+        Q_EMIT field->textEdited(text);
+    };
+    type(popover.paletteNameField(), u"   "_s);
+    EXPECT_FALSE(popover.createButton()->isEnabled());
+    type(popover.paletteNameField(), u"Sunset"_s);
+    type(popover.swatchNameFields().at(1), u"Leaf"_s);
+    popover.createButton()->click();
+    EXPECT_FALSE(popover.isVisible());
+    const ColorTemplate made = bar.store.active();
+    EXPECT_EQ(made.name, u"Sunset"_s);
+    ASSERT_EQ(made.colors.size(), 3);
+    EXPECT_EQ(made.colors.at(1).name, u"Leaf"_s);
+
+    // A click outside (the popup hidden) cancels without touching the store.
+    extract.present(QStringList{u"#123456"_s});
+    bar.store.scheduler.advance(ExtractPaletteModel::openDelaySeconds);
+    ASSERT_TRUE(popover.isVisible());
+    popover.hide();
+    EXPECT_FALSE(extract.isOpen());
+    EXPECT_EQ(bar.store.store->templates().size(), 2);
 }
 
 } // namespace

@@ -41,14 +41,23 @@ ParseOutcome parseArguments(const Command& command, const QStringList& arguments
     ParseOutcome outcome;
     ParsedArguments& parsed = outcome.arguments;
 
-    // Asking for help is never a usage error, however wrong the rest is.
-    for (const QString& argument : arguments) {
+    // Asking for help is never a usage error, however wrong the rest is. A value given to an
+    // option is not a request, though: "--name -h" names something "-h".
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments.at(i);
         if (argument == u"--")
             break;
         if (argument == u"--help" || argument == u"-h") {
             parsed.help = true;
             return outcome;
         }
+        const OptionSpec* option = nullptr;
+        if (argument.startsWith(u"--") && !argument.contains(u'='))
+            option = findLong(command, argument.mid(2));
+        else if (argument.size() == 2 && argument.startsWith(u'-'))
+            option = findShort(command, argument.at(1));
+        if (option && option->arity == OptionArity::value)
+            ++i;
     }
 
     bool optionsEnded = false;

@@ -51,6 +51,8 @@ TEST(ArgumentParser, ReadsOptionsInAnyOrderOrNamesTheProblem) {
         {{u"--json"_s, u"--"_s, u"--strict"_s}, u"[--strict] --json"_s},
         {{u"--nope"_s, u"a"_s, u"b"_s, u"-h"_s}, u"[] help"_s}, // help wins over everything
         {{u"a"_s, u"--"_s, u"--help"_s}, u"error: unexpected argument \"--help\""_s},
+        {{u"--output"_s, u"-h"_s}, u"[] -o -h"_s}, // a value, not a request for help
+        {{u"-o"_s, u"--help"_s, u"-h"_s}, u"[] help"_s},
         {{u"--nope=3"_s}, u"error: unknown option --nope"_s},
         {{u"-o"_s}, u"error: option --output needs a value FILE"_s},
         {{u"-o"_s, u"a"_s, u"--output"_s, u"b"_s}, u"error: option --output given twice"_s},

@@ -1,6 +1,7 @@
 #include "app/ExtractPalettePopover.h"
 
 #include "app/ExtractPaletteModel.h"
+#include "app/PopoverPlacement.h"
 #include "app/SymbolIcons.h"
 #include "app/WindowStyle.h"
 
@@ -82,9 +83,9 @@ ExtractPalettePopover::ExtractPalettePopover(ExtractPaletteModel& model, QWidget
 
     auto* buttons = new QHBoxLayout();
     buttons->addStretch(1);
-    m_cancel = new QPushButton(ExtractPaletteTexts::cancelButton, this);
-    connect(m_cancel, &QPushButton::clicked, &m_model, &ExtractPaletteModel::cancel);
-    buttons->addWidget(m_cancel);
+    auto* cancel = new QPushButton(ExtractPaletteTexts::cancelButton, this);
+    connect(cancel, &QPushButton::clicked, &m_model, &ExtractPaletteModel::cancel);
+    buttons->addWidget(cancel);
     m_create = new QPushButton(ExtractPaletteTexts::createButton, this);
     m_create->setDefault(true);
     m_create->setStyleSheet(
@@ -134,11 +135,10 @@ void ExtractPalettePopover::open() {
     fill();
     adjustSize();
     const QRect anchor = m_anchor ? m_anchor() : QRect();
-    const QScreen* screen = QGuiApplication::screenAt(anchor.center());
-    const QRect area = screen ? screen->availableGeometry() : QRect();
-    const int below = anchor.bottom() + 8;
-    const bool fitsBelow = !area.isValid() || below + height() <= area.bottom();
-    move(anchor.center().x() - width() / 2, fitsBelow ? below : anchor.top() - 8 - height());
+    std::optional<QRect> area;
+    if (const QScreen* screen = QGuiApplication::screenAt(anchor.center()))
+        area = screen->availableGeometry();
+    move(PopoverPlacement::topLeft(anchor, size(), area));
     show();
     m_nameField->setFocus();
     m_nameField->selectAll();

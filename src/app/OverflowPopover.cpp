@@ -2,6 +2,7 @@
 
 #include "app/BarLayout.h"
 #include "app/CompactColorSwatch.h"
+#include "app/PopoverPlacement.h"
 #include "app/WindowStyle.h"
 
 #include <QApplication>
@@ -81,13 +82,10 @@ void OverflowPopover::setContent(const QList<PaletteGroups::OverflowSection>& se
 
 void OverflowPopover::showAt(const QRect& anchor) {
     adjustSize();
-    const QScreen* screen = QGuiApplication::screenAt(anchor.center());
-    const QRect area = screen ? screen->availableGeometry() : QRect(anchor.topLeft(), size() * 4);
-    const int x = std::clamp(anchor.center().x() - width() / 2, area.left(),
-                             std::max(area.left(), area.right() - width()));
-    const int below = anchor.bottom() + 8;
-    const int y = below + height() <= area.bottom() ? below : anchor.top() - 8 - height();
-    move(x, y);
+    std::optional<QRect> area;
+    if (const QScreen* screen = QGuiApplication::screenAt(anchor.center()))
+        area = screen->availableGeometry();
+    move(PopoverPlacement::topLeft(anchor, size(), area));
     show();
     raise();
 }

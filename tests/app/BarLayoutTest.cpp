@@ -2,6 +2,7 @@
 
 #include "app/BarDropHandler.h"
 #include "app/BarEyedropper.h"
+#include "app/PopoverPlacement.h"
 #include "app/ShakeMotion.h"
 #include "app/SwatchAppearance.h"
 
@@ -102,6 +103,21 @@ TEST(BarLayout, SyncButtonWords) {
     EXPECT_EQ(
         BarLayout::syncTooltip(Kind::error, 1000.0, 1000.0 + 5 * 60'000),
         u"Sync Error\nThere was a problem syncing. Click to retry.\nLast synced 5 minutes ago"_s);
+}
+
+TEST(PopoverPlacement, UnderTheAnchorWhereThereIsRoomElseOverItInsideTheScreen) {
+    const QRect screen(0, 0, 1000, 800);
+    const QSize size(200, 100);
+    const std::tuple<QRect, std::optional<QRect>, QPoint> cases[] = {
+        {{400, 100, 100, 40}, screen, {349, 148}},      // centred, 8 under
+        {{400, 652, 100, 40}, screen, {349, 700}},      // ends exactly at the bottom
+        {{400, 653, 100, 40}, screen, {349, 545}},      // one short: over, 8 above
+        {{0, 100, 40, 40}, screen, {0, 148}},           // held at the left edge
+        {{960, 100, 40, 40}, screen, {800, 148}},       // and at the right
+        {{960, 100, 40, 40}, std::nullopt, {879, 148}}, // no screen: as it stands
+    };
+    for (const auto& [anchor, area, expected] : cases)
+        EXPECT_EQ(PopoverPlacement::topLeft(anchor, size, area), expected);
 }
 
 TEST(BarDropHandler, ClassifiesByTheLowerCasedExtension) {

@@ -71,9 +71,7 @@ void BarModel::storeChanged() {
     m_issueCount = static_cast<int>(PaletteCheck::detect(colors()).size());
     m_eyedropper->setRefusal(isLocked() ? std::optional(BarLayout::addButtonLabel(true))
                                         : std::nullopt);
-    // A list left with nothing to list closes, or the tooltips it hushes would stay hushed.
-    if (overflowCount() == 0 && m_hover->showingOverflow())
-        m_hover->setShowingOverflow(false);
+    m_hover->paletteChanged();
     Q_EMIT changed();
 }
 

@@ -331,7 +331,7 @@ void FloatingHueShelfView::updateHighlight() {
 }
 
 void FloatingHueShelfView::updateOverflow() {
-    const bool show = m_model.hover().showingOverflow() && m_model.overflowCount() > 0;
+    const bool show = m_model.hover().showingOverflow();
     if (show && !m_overflow->isVisible()) {
         if (m_overflowStale)
             refreshOverflowContent();
@@ -395,13 +395,9 @@ void FloatingHueShelfView::shake() {
     animation->setDuration(static_cast<int>(ShakeMotion::duration * 1000));
     connect(animation, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
         // The whole row moves inside the window's chrome, which stays put.
-        m_shakeOffset = ShakeMotion::offset(value.toDouble());
-        move(qRound(m_shakeOffset), y());
+        move(qRound(ShakeMotion::offset(value.toDouble())), y());
     });
-    connect(animation, &QVariantAnimation::finished, this, [this] {
-        m_shakeOffset = 0.0;
-        move(0, y());
-    });
+    connect(animation, &QVariantAnimation::finished, this, [this] { move(0, y()); });
     m_shakeAnimation = animation;
     animation->start(QAbstractAnimation::DeleteWhenStopped);
 }

@@ -114,6 +114,11 @@ void OverflowHoverMachine::pinOpen() {
     setShowingOverflow(true);
 }
 
+void OverflowHoverMachine::paletteChanged() {
+    if (m_showingOverflow && m_colors().size() <= BarLayout::maxVisibleSwatches)
+        setShowingOverflow(false);
+}
+
 qsizetype OverflowHoverMachine::indexOf(const QUuid& colorId) const {
     const QList<ColorItem> colors = m_colors();
     for (qsizetype i = 0; i < colors.size(); ++i) {

@@ -55,6 +55,9 @@ public:
     void colorAwaitingEdit(const QUuid& colorId);
     // Opens the list and keeps it open.
     void pinOpen();
+    // The palette changed: a list left with nothing to list closes, or the tooltips it hushes
+    // would stay hushed.
+    void paletteChanged();
 
     bool isDimmed(const QUuid& colorId) const;
     bool isEmphasized(const QUuid& colorId) const;

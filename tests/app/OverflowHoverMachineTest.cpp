@@ -141,6 +141,12 @@ TEST_F(HoverMachine, ANewColourBeyondTheBarPinsTheListOpen) {
     machine.pointerInOverflowChanged(false);
     scheduler.advance(1.0);
     EXPECT_TRUE(machine.showingOverflow());
+
+    // Down to six colours, the list has nothing left to show and closes, tooltips back.
+    colors = colorsFrom(u"a b c d e f"_s);
+    machine.paletteChanged();
+    EXPECT_FALSE(machine.showingOverflow());
+    EXPECT_EQ(suppressions.last(), false);
 }
 
 } // namespace

@@ -14,7 +14,6 @@ public:
     explicit AddSwatchButton(QWidget* parent = nullptr);
 
     void setPaletteLocked(bool locked);
-    bool isPaletteLocked() const { return m_locked; }
     QSize sizeHint() const override { return {side, side}; }
 
 protected:

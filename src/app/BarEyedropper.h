@@ -24,7 +24,6 @@ public:
 
     // "Unlock this palette to add colors" while the palette is locked.
     void setRefusal(const std::optional<QString>& refusal) { m_refusal = refusal; }
-    const std::optional<QString>& refusal() const { return m_refusal; }
     QString tooltip() const;
     bool isPicking() const { return m_isPicking; }
 

@@ -39,9 +39,6 @@ public:
     void setDraggable(bool draggable) { m_draggable = draggable; }
     void setDropHandler(DropHandler handler) { m_dropHandler = std::move(handler); }
 
-    // The drawn scale at this moment (it eases towards the state's).
-    double currentScale() const { return m_scale; }
-
 Q_SIGNALS:
     void copyRequested();
     void editRequested();

@@ -29,7 +29,6 @@ public:
     QLineEdit* paletteNameField() const { return m_nameField; }
     QList<QLineEdit*> swatchNameFields() const { return m_swatchNames; }
     QPushButton* createButton() const { return m_create; }
-    QPushButton* cancelButton() const { return m_cancel; }
 
 protected:
     void hideEvent(QHideEvent* event) override;
@@ -45,7 +44,6 @@ private:
     QGridLayout* m_grid = nullptr;
     QList<QLineEdit*> m_swatchNames;
     QLabel* m_info = nullptr;
-    QPushButton* m_cancel = nullptr;
     QPushButton* m_create = nullptr;
 };
 

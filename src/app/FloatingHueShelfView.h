@@ -52,8 +52,6 @@ public:
     // "eyedropper", "link", "square.and.arrow.down", the sync button's, "minus".
     CompactButton* tool(const QString& symbol) const;
     CompactButton* syncButton() const { return m_syncButton; }
-    // How far the refusal's shake has the row moved just now.
-    double shakeOffset() const { return m_shakeOffset; }
 
 Q_SIGNALS:
     void galleryRequested();
@@ -101,7 +99,6 @@ private:
     // The palette changed since the list was last filled.
     bool m_overflowStale = true;
     SavePathPrompt m_savePathPrompt;
-    double m_shakeOffset = 0.0;
     QPointer<QVariantAnimation> m_shakeAnimation;
 };
 

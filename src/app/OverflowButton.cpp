@@ -15,7 +15,6 @@ OverflowButton::OverflowButton(QWidget* parent) : QAbstractButton(parent) {
 }
 
 void OverflowButton::setHiddenCount(int count) {
-    m_count = count;
     setText(QStringLiteral("+%1").arg(count));
     setAccessibleName(BarLayout::overflowAccessibleLabel(count));
     update();

@@ -16,7 +16,6 @@ public:
     explicit OverflowButton(QWidget* parent = nullptr);
 
     void setHiddenCount(int count);
-    int hiddenCount() const { return m_count; }
     void setEmphasis(OverflowHoverMachine::ButtonEmphasis emphasis);
     QSize sizeHint() const override { return {side, side}; }
 
@@ -24,7 +23,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    int m_count = 0;
     OverflowHoverMachine::ButtonEmphasis m_emphasis = OverflowHoverMachine::ButtonEmphasis::none;
 };
 

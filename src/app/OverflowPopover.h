@@ -32,7 +32,6 @@ public:
     // Under the anchor (global frame) where the screen has room, otherwise over it.
     void showAt(const QRect& anchor);
     QList<CompactColorSwatch*> swatchWidgets() const { return m_swatches; }
-    int columns() const { return m_columns; }
 
 Q_SIGNALS:
     void pointerInsideChanged(bool inside);

@@ -25,7 +25,6 @@ PaletteChip::PaletteChip(QWidget* parent) : QAbstractButton(parent) {
 }
 
 void PaletteChip::setPaletteName(const QString& name) {
-    m_name = name;
     m_shown = fontMetrics().elidedText(name, Qt::ElideRight, BarLayout::chipNameMaxWidth);
     BarTooltip::attach(this, BarLayout::chipTooltip(name, BarLayout::systemTextWidth()));
     setAccessibleName(BarLayout::chipAccessibleLabel(name));

@@ -12,7 +12,6 @@ public:
     explicit PaletteChip(QWidget* parent = nullptr);
 
     void setPaletteName(const QString& name);
-    QString paletteName() const { return m_name; }
     QString shownName() const { return m_shown; }
     QSize sizeHint() const override;
 
@@ -22,7 +21,6 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
-    QString m_name;
     QString m_shown;
     bool m_hovered = false;
 };

@@ -18,7 +18,6 @@ public:
     SwatchGutter(const QUuid& colorId, bool showsDivider, const QString& label,
                  QWidget* parent = nullptr);
 
-    const QUuid& colorId() const { return m_colorId; }
     bool showsDivider() const { return m_showsDivider; }
     // The size the gutter takes, centred on its place in the row.
     QSize hitSize() const;

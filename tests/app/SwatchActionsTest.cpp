@@ -1,5 +1,6 @@
 #include "BarTestSupport.h"
 #include "GroupNotation.h"
+#include "color/PaletteCheck.h"
 
 #include <QFile>
 
@@ -207,6 +208,28 @@ TEST(BarModel, SavingWritesAPaletteFileAndSaysSo) {
     const auto failure = bar.model->saveActivePalette(bar.dir.filePath(u"missing/dir/x"_s), {});
     ASSERT_TRUE(failure.has_value());
     EXPECT_FALSE(failure->isEmpty());
+}
+
+// The share button's toast stands at the button, and the link is what went on the clipboard.
+TEST(BarModel, SharingPinsItsToastToTheButton) {
+    BarHarness bar({palette(u"Brand"_s, numberedColors(2))});
+    bar.model->share(QRect(5, 6, 24, 24));
+    EXPECT_TRUE(bar.platform.clipboardText().contains(u"Brand"_s));
+    ASSERT_TRUE(bar.toast().has_value());
+    EXPECT_EQ(bar.toast()->sourceFrame, QRect(5, 6, 24, 24));
+    bar.store.scheduler.advance(1.0);
+    EXPECT_TRUE(bar.store.announcements.empty()); // not announced a second time
+}
+
+// The check's count follows every edit.
+TEST(BarModel, TheCheckCountFollowsThePalette) {
+    BarHarness bar({palette(u"P"_s, {{u"Ink"_s, u"#101010"_s}, {u"Paper"_s, u"#FAFAFA"_s}})});
+    EXPECT_EQ(bar.model->checkLabel(), u"Check \u2014 everything reads well"_s);
+    bar.model->addPickedColor(u"#FAFAFB"_s); // a near-duplicate of Paper
+    EXPECT_GT(bar.model->issueCount(), 0);
+    EXPECT_EQ(bar.model->checkLabel(), PaletteCheck::checkButtonTooltip(bar.model->issueCount()));
+    EXPECT_TRUE(bar.model->checkLabel().endsWith(
+        bar.model->issueCount() == 1 ? u"1 thing to fix"_s : u" things to fix"_s));
 }
 
 } // namespace

@@ -6,11 +6,9 @@
 #include "app/WindowStyle.h"
 
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -135,10 +133,8 @@ void ExtractPalettePopover::open() {
     fill();
     adjustSize();
     const QRect anchor = m_anchor ? m_anchor() : QRect();
-    std::optional<QRect> area;
-    if (const QScreen* screen = QGuiApplication::screenAt(anchor.center()))
-        area = screen->availableGeometry();
-    move(PopoverPlacement::topLeft(anchor, size(), area));
+    move(PopoverPlacement::topLeft(anchor, size(),
+                                   PopoverPlacement::visibleAreaAt(anchor.center())));
     show();
     m_nameField->setFocus();
     m_nameField->selectAll();

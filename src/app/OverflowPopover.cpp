@@ -10,7 +10,6 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QVBoxLayout>
 
 namespace hueshelf::app {
@@ -82,10 +81,8 @@ void OverflowPopover::setContent(const QList<PaletteGroups::OverflowSection>& se
 
 void OverflowPopover::showAt(const QRect& anchor) {
     adjustSize();
-    std::optional<QRect> area;
-    if (const QScreen* screen = QGuiApplication::screenAt(anchor.center()))
-        area = screen->availableGeometry();
-    move(PopoverPlacement::topLeft(anchor, size(), area));
+    move(PopoverPlacement::topLeft(anchor, size(),
+                                   PopoverPlacement::visibleAreaAt(anchor.center())));
     show();
     raise();
 }

@@ -1,5 +1,8 @@
 #include "app/PopoverPlacement.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 #include <algorithm>
 
 namespace hueshelf::app::PopoverPlacement {
@@ -13,6 +16,12 @@ QPoint topLeft(const QRect& anchor, const QSize& size, const std::optional<QRect
     const int y = fitsBelow ? below : anchor.top() - gap - size.height();
     x = std::clamp(x, area->left(), std::max(area->left(), area->right() + 1 - size.width()));
     return {x, y};
+}
+
+std::optional<QRect> visibleAreaAt(const QPoint& point) {
+    if (const QScreen* screen = QGuiApplication::screenAt(point))
+        return screen->availableGeometry();
+    return std::nullopt;
 }
 
 } // namespace hueshelf::app::PopoverPlacement

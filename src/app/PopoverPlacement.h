@@ -16,4 +16,8 @@ inline constexpr int gap = 8;
 // With no area known it goes under the anchor as it stands.
 QPoint topLeft(const QRect& anchor, const QSize& size, const std::optional<QRect>& area);
 
+// The visible area (without panels and docks) of the screen under `point`; none off every
+// screen, where the placements above keep what they computed.
+std::optional<QRect> visibleAreaAt(const QPoint& point);
+
 } // namespace hueshelf::app::PopoverPlacement

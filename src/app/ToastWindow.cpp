@@ -1,14 +1,13 @@
 #include "app/ToastWindow.h"
 
+#include "app/PopoverPlacement.h"
 #include "app/SymbolIcons.h"
 #include "app/ToastManager.h"
 
 #include <QEvent>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QScreen>
 
 #include <algorithm>
 
@@ -62,10 +61,7 @@ void ToastWindow::follow() {
     adjustSize();
 
     const QRect source = toast->sourceRect;
-    std::optional<QRect> screenArea;
-    if (const QScreen* screen = QGuiApplication::screenAt(source.center()))
-        screenArea = screen->availableGeometry();
-    move(placement(source, size(), screenArea));
+    move(placement(source, size(), PopoverPlacement::visibleAreaAt(source.center())));
     show();
     raise();
 }
@@ -91,8 +87,11 @@ QPoint ToastWindow::placement(const QRect& source, const QSize& size,
     const int left = screen->x() + kScreenMargin;
     const int right = screen->x() + screen->width() - kScreenMargin;
     const int top = screen->y() + kScreenMargin;
+    const int bottom = screen->y() + screen->height() - kScreenMargin;
+    // Under the source when there's no room above; a source as tall as the screen leaves room
+    // nowhere, and then the toast stays on screen over it.
     if (y < top)
-        y = sourceBottom + kGap;
+        y = std::max(top, std::min(sourceBottom + kGap, bottom - size.height()));
     x = std::min(std::max(x, left), right - size.width());
     return {x, y};
 }

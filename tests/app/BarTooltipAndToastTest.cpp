@@ -250,6 +250,10 @@ TEST(ToastPlacement, CentredAboveAndKeptOnScreen) {
         {"held off the right edge", QRect(980, 300, 20, 28), screen, QPoint(876, 264)},
         {"4 from the top: still above", QRect(400, 40, 28, 28), screen, QPoint(354, 4)},
         {"3 from the top: under the source", QRect(400, 39, 28, 28), screen, QPoint(354, 73)},
+        {"no room above or below: held over the bottom edge", QRect(400, 20, 28, 770), screen,
+         QPoint(354, 766)},
+        {"a toast taller than the screen: its top on screen", QRect(400, 20, 28, 770),
+         QRect(0, 0, 1000, 30), QPoint(354, 4)},
         {"no screen: as computed", QRect(980, 20, 20, 28), std::nullopt, QPoint(930, -16)},
     };
     for (const auto& c : cases)

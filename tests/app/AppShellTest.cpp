@@ -3,7 +3,9 @@
 #include "TempHome.h"
 #include "app/AppDelegate.h"
 #include "app/BarModel.h"
+#include "app/CompactButton.h"
 #include "app/CompactColorSwatch.h"
+#include "app/FloatingHueShelfView.h"
 #include "app/FloatingWindow.h"
 #include "model/PreferencesFile.h"
 #include "model/PreferencesKeys.h"
@@ -13,6 +15,7 @@
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QDateTime>
+#include <QDir>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QSettings>
@@ -29,6 +32,11 @@ void mouse(QWidget* widget, QEvent::Type type, QPoint at, Qt::MouseButtons butto
     QMouseEvent event(type, QPointF(at), QPointF(widget->mapToGlobal(at)), Qt::LeftButton, buttons,
                       Qt::NoModifier);
     QCoreApplication::sendEvent(widget, &event);
+}
+
+void click(QWidget* widget) {
+    mouse(widget, QEvent::MouseButtonPress, widget->rect().center(), Qt::LeftButton);
+    mouse(widget, QEvent::MouseButtonRelease, widget->rect().center(), Qt::NoButton);
 }
 
 class Shell : public ::testing::Test {
@@ -136,6 +144,44 @@ TEST_F(Shell, TheBarFloatsCopiesAndCarriesTheMenu) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(window.shownPaletteName(), u"Example"_s);
     EXPECT_LT(window.width(), width);
+}
+
+// The bar's own buttons reach the rest of the program: sync set up or turned off shows or hides
+// the sync button at once, with the width following; a save that fails is told in the alert;
+// minimize takes the bar away.
+TEST_F(Shell, TheBarsButtonsReachTheProgram) {
+    auto app = delegate();
+    QList<LinkAlert> alerts;
+    app->hooks().showAlert = [&alerts](const LinkAlert& alert) { alerts.append(alert); };
+    app->start();
+    FloatingWindow& window = app->window();
+    FloatingHueShelfView& view = window.view();
+    ASSERT_TRUE(window.isVisible());
+    const int width = window.width();
+    EXPECT_FALSE(view.syncButton()->isVisibleTo(&window));
+
+    const QString cloud = home.path() + u"/Cloud"_s;
+    ASSERT_TRUE(QDir().mkpath(cloud));
+    ASSERT_FALSE(app->syncManager().setupSync(cloud, u"Dropbox"_s).has_value());
+    EXPECT_TRUE(view.syncButton()->isVisibleTo(&window));
+    EXPECT_GT(window.width(), width);
+    app->syncManager().disableSync();
+    EXPECT_FALSE(view.syncButton()->isVisibleTo(&window));
+    EXPECT_EQ(window.width(), width);
+
+    QString suggested;
+    view.setSavePathPrompt([&](const QString& name) -> QString {
+        suggested = name;
+        return home.path() + u"/no such folder/"_s + name;
+    });
+    click(view.tool(u"square.and.arrow.down"_s));
+    EXPECT_EQ(suggested, u"Starter.hueshelf"_s);
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].title, u"Couldn't save the palette"_s);
+
+    click(view.tool(u"minus"_s));
+    EXPECT_FALSE(window.isVisible());
+    app->applicationWillTerminate();
 }
 
 } // namespace

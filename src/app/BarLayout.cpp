@@ -1,7 +1,5 @@
 #include "app/BarLayout.h"
 
-#include "app/RelativeTime.h"
-
 #include <QFont>
 #include <QFontMetricsF>
 #include <QGuiApplication>
@@ -156,13 +154,6 @@ QString syncDetail(SyncStatus::Kind kind) {
 
 QString syncSymbol(SyncStatus::Kind kind) {
     return syncWords(kind).symbol;
-}
-
-QString syncTooltip(SyncStatus::Kind kind, std::optional<double> lastSyncMs, double nowMs) {
-    QString text = syncTitle(kind) + u'\n' + syncDetail(kind);
-    if (lastSyncMs)
-        text += u"\nLast synced "_s + RelativeTime::span(*lastSyncMs, nowMs) + u" ago"_s;
-    return text;
 }
 
 } // namespace hueshelf::app::BarLayout

@@ -72,14 +72,12 @@ inline const QString overflowAccessibleHint = u"Shows the remaining colors."_s;
 int overflowColumns(const QList<PaletteGroups::OverflowSection>& sections);
 int overflowPopoverWidth(int columns);
 
-// The sync button's tooltip, and the card's title and longer text.
+// The sync button's accessible label, and its tooltip card's title and longer text.
 QString syncLabel(SyncStatus::Kind kind);
 QString syncTitle(SyncStatus::Kind kind);
 QString syncDetail(SyncStatus::Kind kind);
 
 QString syncSymbol(SyncStatus::Kind kind);
-// The sync button's card as text: the title, the longer text and, once a sync is known, when.
-QString syncTooltip(SyncStatus::Kind kind, std::optional<double> lastSyncMs, double nowMs);
 
 inline const QString groupsLabel = u"Groups"_s;
 inline const QString shareLabel = u"Share palette"_s;

@@ -168,8 +168,8 @@ std::optional<double> BarModel::lastSyncTime() const {
     return m_services.sync ? m_services.sync->lastSyncTime() : std::nullopt;
 }
 
-QString BarModel::syncTooltip() const {
-    return BarLayout::syncTooltip(syncKind(), lastSyncTime(), clock().nowMs());
+SyncStatusCard BarModel::syncCard() const {
+    return SyncStatusCard::make(syncKind(), lastSyncTime(), clock().nowMs());
 }
 
 const Clock& BarModel::clock() const {

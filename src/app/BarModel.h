@@ -6,6 +6,7 @@
 #include "app/BarSwatch.h"
 #include "app/OverflowHoverMachine.h"
 #include "app/SwatchActions.h"
+#include "app/SyncStatusCard.h"
 #include "color/ColorVisionSimulation.h"
 #include "sync/SyncStatus.h"
 #include "util/Clock.h"
@@ -53,7 +54,7 @@ public:
         // The exchange's import with its toasts (and its alert on failure).
         std::function<void(const QString& path, bool isOneOfSeveral)> importFile = {};
         std::function<void(const QString& path)> extractImage = {};
-        // "Now" for the saved file's date; the system's clock when unset.
+        // "Now" for the saved file's date and the sync card; the system's clock when unset.
         Clock* clock = nullptr;
     };
 
@@ -81,8 +82,8 @@ public:
     bool syncEnabled() const;
     SyncStatus::Kind syncKind() const;
     std::optional<double> lastSyncTime() const;
-    // The sync button's card, with how long ago the last sync was.
-    QString syncTooltip() const;
+    // The sync button's tooltip card, with how long ago the last sync was by the bar's clock.
+    SyncStatusCard syncCard() const;
     void syncNow();
 
     // One row of the lens menu: "Off" or a vision type, with its technical name.

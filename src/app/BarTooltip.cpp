@@ -13,6 +13,7 @@ namespace hueshelf::app {
 namespace {
 
 constexpr char kTextProperty[] = "hueshelfBarTooltip";
+constexpr char kCardProperty[] = "hueshelfBarTooltipCard";
 
 bool isTrackedButton(const QEvent* event) {
     const auto button = static_cast<const QMouseEvent*>(event)->button();
@@ -36,12 +37,32 @@ BarTooltip::~BarTooltip() {
 void BarTooltip::attach(QWidget* widget, const QString& text) {
     if (!widget)
         return;
+    widget->setProperty(kCardProperty, QVariant());
     widget->setProperty(kTextProperty, text.isEmpty() ? QVariant() : QVariant(text));
     widget->setAccessibleName(text);
 }
 
+void BarTooltip::attachCard(QWidget* widget, CardSource card) {
+    if (!widget)
+        return;
+    widget->setProperty(kTextProperty, QVariant());
+    widget->setProperty(kCardProperty, card ? QVariant::fromValue(std::move(card)) : QVariant());
+}
+
 QString BarTooltip::textOf(const QWidget* widget) {
     return widget ? widget->property(kTextProperty).toString() : QString();
+}
+
+std::optional<TooltipContent> BarTooltip::contentOf(const QWidget* widget) {
+    if (!widget)
+        return std::nullopt;
+    const QVariant card = widget->property(kCardProperty);
+    if (card.isValid())
+        return card.value<CardSource>()();
+    const QString text = textOf(widget);
+    if (text.isEmpty())
+        return std::nullopt;
+    return text;
 }
 
 bool BarTooltip::eventFilter(QObject* watched, QEvent* event) {
@@ -58,9 +79,8 @@ bool BarTooltip::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Enter:
         if (watched->isWidgetType()) {
             auto* widget = static_cast<QWidget*>(watched);
-            const QString text = textOf(widget);
-            if (!text.isEmpty())
-                hoverStarted(widget, text);
+            if (const std::optional<TooltipContent> content = contentOf(widget))
+                hoverStarted(widget, *content);
         }
         break;
     case QEvent::Leave:
@@ -74,14 +94,14 @@ bool BarTooltip::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-void BarTooltip::hoverStarted(QWidget* widget, const QString& text) {
+void BarTooltip::hoverStarted(QWidget* widget, const TooltipContent& content) {
     disconnect(m_hoveredGone);
     m_hovered = widget;
     m_hoveredGone = connect(widget, &QObject::destroyed, this, [this](QObject* gone) {
         if (gone == m_hovered)
             hoverEnded();
     });
-    m_controller.show(text);
+    m_controller.show(content);
 }
 
 void BarTooltip::hoverEnded() {

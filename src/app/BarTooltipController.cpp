@@ -13,26 +13,26 @@ BarTooltipController::~BarTooltipController() {
     cancelPending();
 }
 
-void BarTooltipController::show(const QString& text, std::optional<double> delay) {
+void BarTooltipController::show(const TooltipContent& content, std::optional<double> delay) {
     cancelPending();
     if (m_isMouseDown || m_suppressed)
         return;
     if (!delay) {
         if (m_isShowing) {
-            present(text);
+            present(content);
             return;
         }
         if (m_lastHiddenAt && m_clock.nowMs() - *m_lastHiddenAt < kHandoffWindow * 1000.0) {
-            present(text);
+            present(content);
             return;
         }
     }
-    m_pendingWorkItem = m_scheduler.scheduleAfter(delay.value_or(kDelay), [this, text] {
+    m_pendingWorkItem = m_scheduler.scheduleAfter(delay.value_or(kDelay), [this, content] {
         m_pendingWorkItem = {};
         // A press or the overflow list may have come in between.
         if (m_isMouseDown || m_suppressed)
             return;
-        present(text);
+        present(content);
     });
 }
 
@@ -55,8 +55,12 @@ void BarTooltipController::mouseUp() {
     m_isMouseDown = false;
 }
 
-void BarTooltipController::present(const QString& text) {
-    m_presenter.present(text, m_pointer());
+void BarTooltipController::present(const TooltipContent& content) {
+    const QPoint pointer = m_pointer();
+    if (const auto* card = std::get_if<SyncStatusCard>(&content))
+        m_presenter.presentCard(*card, pointer);
+    else
+        m_presenter.present(std::get<QString>(content), pointer);
     m_isShowing = true;
 }
 

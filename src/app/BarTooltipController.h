@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/SyncStatusCard.h"
 #include "util/Clock.h"
 #include "util/Scheduler.h"
 
@@ -8,14 +9,19 @@
 
 #include <functional>
 #include <optional>
+#include <variant>
 
 namespace hueshelf::app {
+
+// What a tooltip shows: a line of text, or the sync button's card.
+using TooltipContent = std::variant<QString, SyncStatusCard>;
 
 // What shows and removes the one tooltip label on screen.
 class TooltipPresenter {
 public:
     virtual ~TooltipPresenter() = default;
     virtual void present(const QString& text, const QPoint& pointer) = 0;
+    virtual void presentCard(const SyncStatusCard& card, const QPoint& pointer) = 0;
     virtual void dismiss() = 0;
 };
 
@@ -38,8 +44,9 @@ public:
     BarTooltipController(const BarTooltipController&) = delete;
     BarTooltipController& operator=(const BarTooltipController&) = delete;
 
-    // An explicit delay waits that long whatever is showing.
-    void show(const QString& text, std::optional<double> delay = std::nullopt);
+    // An explicit delay waits that long whatever is showing. A card follows the same rules as a
+    // text.
+    void show(const TooltipContent& content, std::optional<double> delay = std::nullopt);
     void hide();
 
     // A left or right button went down: the tooltip goes and none starts until the release.
@@ -56,7 +63,7 @@ public:
     std::optional<double> lastHiddenAt() const { return m_lastHiddenAt; }
 
 private:
-    void present(const QString& text);
+    void present(const TooltipContent& content);
     void cancelPending();
 
     Scheduler& m_scheduler;

@@ -139,6 +139,8 @@ FloatingHueShelfView::FloatingHueShelfView(BarModel& model, QWidget* parent)
     auto* syncBox = new QHBoxLayout(m_syncSeparator);
     syncBox->setContentsMargins(8, 0, 0, 0);
     m_syncButton = new CompactButton(u"cloud"_s, QString(), m_syncSeparator);
+    // The card is made when the hover starts, so "Last synced" counts to that moment.
+    BarTooltip::attachCard(m_syncButton, [this] { return m_model.syncCard(); });
     connect(m_syncButton, &CompactButton::clicked, this, [this] { m_model.syncNow(); });
     syncBox->addWidget(m_syncButton);
     m_row->addWidget(m_syncSeparator);
@@ -316,8 +318,6 @@ void FloatingHueShelfView::updateTools() {
     m_syncSeparator->setVisible(sync);
     const SyncStatus::Kind kind = m_model.syncKind();
     m_syncButton->setSymbol(BarLayout::syncSymbol(kind));
-    m_syncButton->setLabel(
-        BarLayout::syncTooltip(kind, m_model.lastSyncTime(), SystemClock::instance().nowMs()));
     m_syncButton->setAccessibleName(BarLayout::syncLabel(kind));
 }
 

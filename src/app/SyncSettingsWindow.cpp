@@ -1,6 +1,7 @@
 #include "app/SyncSettingsWindow.h"
 
 #include "app/SymbolIcons.h"
+#include "app/SyncStatusColor.h"
 #include "app/WindowStyle.h"
 
 #include <QFormLayout>
@@ -63,22 +64,6 @@ QWidget* addScrollingList(QVBoxLayout& layout, QWidget* page, bool horizontalBar
     scroll->setWidget(list);
     layout.addWidget(scroll, 1);
     return list;
-}
-
-// Where a status is shown by its colour: good, caution or bad, as the interface's meaning tints.
-QColor statusColor(SyncStatus::Kind kind) {
-    switch (kind) {
-    case SyncStatus::Kind::synced:
-        return QColor::fromRgbF(0.36f, 0.68f, 0.42f);
-    case SyncStatus::Kind::syncing:
-    case SyncStatus::Kind::offline:
-        return QColor::fromRgbF(0.83f, 0.64f, 0.30f);
-    case SyncStatus::Kind::error:
-        return QColor::fromRgbF(0.81f, 0.42f, 0.39f);
-    case SyncStatus::Kind::disabled:
-        break;
-    }
-    return QColor(Qt::gray);
 }
 
 } // namespace
@@ -165,7 +150,7 @@ QWidget* SyncSettingsWindow::onPage(const SyncOnFace& face) {
     auto* status = new QLabel(face.statusText, page);
     status->setTextFormat(Qt::PlainText);
     QPalette palette = status->palette();
-    palette.setColor(QPalette::WindowText, statusColor(face.status.kind));
+    palette.setColor(QPalette::WindowText, syncStatusColor(face.status.kind));
     status->setPalette(palette);
     top->addWidget(status);
     layout->addLayout(top);

@@ -98,11 +98,6 @@ TEST(BarLayout, SyncButtonWords) {
         EXPECT_EQ(BarLayout::syncLabel(kind), label);
         EXPECT_EQ(BarLayout::syncDetail(kind), detail);
     }
-    EXPECT_EQ(BarLayout::syncTooltip(Kind::synced, std::nullopt, 0),
-              u"Synced\nAll changes are up to date. Click to sync now."_s);
-    EXPECT_EQ(
-        BarLayout::syncTooltip(Kind::error, 1000.0, 1000.0 + 5 * 60'000),
-        u"Sync Error\nThere was a problem syncing. Click to retry.\nLast synced 5 minutes ago"_s);
 }
 
 TEST(PopoverPlacement, UnderTheAnchorWhereThereIsRoomElseOverItInsideTheScreen) {

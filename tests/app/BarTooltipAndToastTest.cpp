@@ -26,15 +26,19 @@ using namespace Qt::StringLiterals;
 using testing::ManualClock;
 using testing::ManualScheduler;
 
-// Every appearance ("A@450") and removal ("-@1000") with its moment in milliseconds from the
-// start. The pointer's x is that moment too, so a tooltip must appear where the pointer is when
-// it appears, not where the hover began.
+// Every appearance ("A@450", a card "[Synced]@450") and removal ("-@1000") with its moment in
+// milliseconds from the start. The pointer's x is that moment too, so a tooltip must appear where
+// the pointer is when it appears, not where the hover began.
 class RecordingPresenter final : public TooltipPresenter {
 public:
     explicit RecordingPresenter(const ManualClock& clock) : m_clock(clock) {}
     void present(const QString& text, const QPoint& pointer) override {
         EXPECT_EQ(pointer.x(), elapsed());
         log << text + u'@' + QString::number(elapsed());
+    }
+    void presentCard(const SyncStatusCard& card, const QPoint& pointer) override {
+        EXPECT_EQ(pointer.x(), elapsed());
+        log << u'[' + card.title + u"]@"_s + QString::number(elapsed());
     }
     void dismiss() override { log << u"-@"_s + QString::number(elapsed()); }
     int elapsed() const { return int(std::lround(m_clock.nowMs() - m_start)); }
@@ -46,8 +50,10 @@ private:
 };
 
 // Runs a script of "seconds action" steps: a capital letter hovers a control with that text
-// ("B/0.2" with an explicit delay), "-" leaves it, "down"/"up" press and release a button,
-// "mute"/"unmute" suppress tooltips. Returns the log 5 s after the last step.
+// ("B/0.2" with an explicit delay), "sync" hovers the sync button's card, "-" leaves it,
+// "down"/"up" press and release a button, "mute"/"unmute" suppress tooltips, and "overflow"
+// opens the overflow list as the bar does (suppress, then hide). Returns the log 5 s after the
+// last step.
 QString run(const QString& script) {
     ManualClock clock;
     ManualScheduler scheduler(clock);
@@ -66,6 +72,11 @@ QString run(const QString& script) {
             action == u"down"_s ? controller.mouseDown() : controller.mouseUp();
         else if (action == u"mute"_s || action == u"unmute"_s)
             controller.setSuppressed(action == u"mute"_s);
+        else if (action == u"overflow"_s) {
+            controller.setSuppressed(true);
+            controller.hide();
+        } else if (action == u"sync"_s)
+            controller.show(SyncStatusCard::make(SyncStatus::Kind::synced, std::nullopt, 0.0));
         else if (action.contains(u'/'))
             controller.show(action.section(u'/', 0, 0), action.section(u'/', 1).toDouble());
         else
@@ -98,6 +109,29 @@ TEST(BarTooltipController, FollowsTheHoverRules) {
          u"A@450 -@1000 C@2550"_s},
         {"an explicit delay ignores a showing tooltip and the hand-off",
          u"0 A; 1 B/0.2; 2 -; 2.1 C/1"_s, u"A@450 B@1200 -@2000 C@3100"_s},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(run(c.script).toStdString(), c.expected.toStdString()) << c.name;
+}
+
+// The sync button's card goes to the presenter as a card, on the same clock and under the same
+// suppression as any text.
+TEST(BarTooltipController, HandsACardOnUnderTheSameRules) {
+    const struct {
+        const char* name;
+        QString script;
+        QString expected;
+    } cases[] = {
+        {"a card waits the full delay", u"0 sync"_s, u"[Synced]@450"_s},
+        {"a card takes over a showing text at once", u"0 A; 1 sync"_s, u"A@450 [Synced]@1000"_s},
+        {"a text takes over a card within the hand-off", u"0 sync; 1 -; 1.2 A"_s,
+         u"[Synced]@450 -@1000 A@1200"_s},
+        {"suppressed: no card, then the full delay", u"0 mute; 0.1 sync; 1 unmute; 1.1 sync"_s,
+         u"[Synced]@1550"_s},
+        {"suppression begun while the card is pending stops it", u"0 sync; 0.2 mute"_s, u""_s},
+        {"the overflow list hides a showing card and keeps it away",
+         u"0 sync; 1 overflow; 1.1 sync"_s, u"[Synced]@450 -@1000"_s},
+        {"a press cancels a pending card", u"0 sync; 0.2 down; 0.3 up"_s, u""_s},
     };
     for (const auto& c : cases)
         EXPECT_EQ(run(c.script).toStdString(), c.expected.toStdString()) << c.name;
@@ -174,6 +208,59 @@ TEST(BarTooltip, HoverShowsTheSharedWindowAndAPressHidesIt) {
     ASSERT_TRUE(window.isVisible());
     save.reset();
     EXPECT_FALSE(window.isVisible());
+}
+
+// A card on a control: made at the moment of the hover, drawn on the card's width in the same
+// shared window, taller with its last-synced line, and the control keeps its own name.
+TEST(BarTooltip, ACardIsMadeAtTheHoverAndDrawnOnItsWidth) {
+    testing::ensureApplication();
+    ManualClock clock;
+    ManualScheduler scheduler(clock);
+    TooltipWindow window;
+    BarTooltipController controller(scheduler, clock, window, [] { return QPoint(200, 200); });
+    BarTooltip tooltips(controller);
+    const double syncedAt = clock.nowMs();
+    std::optional<double> lastSync;
+    QWidget sync;
+    sync.setAccessibleName(u"Synced - Click to sync now"_s);
+    BarTooltip::attachCard(&sync, [&] {
+        return SyncStatusCard::make(SyncStatus::Kind::synced, lastSync, clock.nowMs());
+    });
+    EXPECT_EQ(sync.accessibleName(), u"Synced - Click to sync now"_s);
+    EXPECT_TRUE(BarTooltip::textOf(&sync).isEmpty());
+
+    send(&sync, QEvent::Enter);
+    scheduler.advance(BarTooltipController::kDelay);
+    ASSERT_TRUE(window.isVisible());
+    ASSERT_TRUE(window.card().has_value());
+    EXPECT_TRUE(window.text().isEmpty());
+    EXPECT_EQ(window.card()->lastSynced, std::nullopt);
+    EXPECT_EQ(window.window()->width(), SyncStatusCard::width);
+    const int withoutLastSync = window.window()->height();
+
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&sync, &leave);
+    lastSync = syncedAt;
+    scheduler.advance(3 * 60.0);
+    send(&sync, QEvent::Enter);
+    scheduler.advance(BarTooltipController::kDelay);
+    ASSERT_TRUE(window.card().has_value());
+    EXPECT_EQ(window.card()->lastSynced, u"Last synced 3 minutes ago"_s);
+    EXPECT_EQ(window.window()->width(), SyncStatusCard::width);
+    EXPECT_GT(window.window()->height(), withoutLastSync);
+
+    // A plain text after the card takes its own size again.
+    QWidget share;
+    BarTooltip::attach(&share, u"Share palette"_s);
+    QCoreApplication::sendEvent(&sync, &leave);
+    send(&share, QEvent::Enter);
+    EXPECT_EQ(window.text(), u"Share palette"_s);
+    EXPECT_FALSE(window.card().has_value());
+    EXPECT_LT(window.window()->height(), withoutLastSync);
+
+    // A text put on the control takes the card's place.
+    BarTooltip::attach(&sync, u"Plain"_s);
+    EXPECT_EQ(BarTooltip::contentOf(&sync), std::optional<TooltipContent>(u"Plain"_s));
 }
 
 struct ToastFixture : ::testing::Test {

@@ -10,6 +10,10 @@
 #include "app/OverflowButton.h"
 #include "app/OverflowPopover.h"
 #include "app/SwatchGutter.h"
+#include "model/RecentColorsManager.h"
+#include "platform/fake/FakePlatform.h"
+#include "sync/QtFolderWatch.h"
+#include "sync/SyncManager.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -18,6 +22,8 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QSettings>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -251,6 +257,49 @@ TEST_F(BarView, TheExtractPopoverTurnsFoundColoursIntoAPalette) {
     popover.hide();
     EXPECT_FALSE(extract.isOpen());
     EXPECT_EQ(bar.store.store->templates().size(), 2);
+}
+
+// The sync button is named by its short label for assistive technology, and hovering it asks for
+// the card, made at that moment by the bar's own clock.
+TEST_F(BarView, TheSyncButtonKeepsItsShortNameAndShowsTheCardByTheBarsClock) {
+    testing::TestStore store({palette(u"P"_s, numberedColors(2))});
+    FakePlatform platform;
+    QTemporaryDir dir;
+    QSettings settings{dir.filePath(u"hueshelf.conf"_s), QSettings::IniFormat};
+    RecentColorsManager recent{settings};
+    ToastManager toasts{store.scheduler, [] {
+                            return ToastManager::BarState{{100, 600, 700, 44}, true};
+                        }};
+    SyncManager sync(store.clock, store.scheduler, settings, u"Test Machine"_s, u"0.1.0"_s,
+                     std::make_unique<QtFolderWatch>());
+    BarModel::Services services{
+        {*store.store, platform, settings, recent, toasts, store.scheduler}};
+    services.sync = &sync;
+    services.clock = &store.clock;
+    BarModel model(services);
+    FloatingHueShelfView view(model);
+    CompactButton* button = view.syncButton();
+    const auto cardOnHover = [button]() -> std::optional<SyncStatusCard> {
+        const std::optional<TooltipContent> content = BarTooltip::contentOf(button);
+        if (!content || !std::holds_alternative<SyncStatusCard>(*content))
+            return std::nullopt;
+        return std::get<SyncStatusCard>(*content);
+    };
+
+    sync.setSyncStatus(SyncStatus::error(u"The folder is read-only"_s));
+    sync.setLastSyncTime(store.clock.nowMs() - 2 * 3'600'000.0);
+    EXPECT_EQ(button->accessibleName(), u"Sync error - Click to retry"_s);
+    ASSERT_TRUE(cardOnHover().has_value());
+    EXPECT_EQ(cardOnHover()->title, u"Sync Error"_s);
+    EXPECT_EQ(cardOnHover()->lastSynced.value_or(QString()).toStdString(),
+              "Last synced 2 hours ago");
+    store.clock.advanceMs(3'600'000.0);
+    EXPECT_EQ(cardOnHover()->lastSynced.value_or(QString()).toStdString(),
+              "Last synced 3 hours ago");
+
+    sync.setSyncStatus(SyncStatus::offline());
+    EXPECT_EQ(button->accessibleName(), u"Offline - Click to retry"_s);
+    EXPECT_EQ(cardOnHover()->title, u"Offline"_s);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "AppTestSupport.h"
 #include "app/BarModel.h"
+#include "app/BarTooltipController.h"
 #include "app/ToastManager.h"
 #include "model/RecentColorsManager.h"
 #include "platform/fake/FakePlatform.h"
@@ -13,6 +14,15 @@
 #include <utility>
 
 namespace hueshelf::testing {
+
+// Counts what the bar's tooltip controller puts up and takes down.
+struct CountingTooltipPresenter final : app::TooltipPresenter {
+    void present(const QString&, const QPoint&) override { ++shown; }
+    void presentCard(const app::SyncStatusCard&, const QPoint&) override { ++shown; }
+    void dismiss() override { ++dismissed; }
+    int shown = 0;
+    int dismissed = 0;
+};
 
 // A bar model on manual time with a fake desktop, a private settings file and a visible bar
 // for the toasts; it records what the bar asked of the rest of the program.
@@ -28,6 +38,7 @@ struct BarHarness {
         services.extractImage = [this](const QString& path) { extracted.append(path); };
         services.syncNow = [this] { ++syncs; };
         services.clock = &store.clock;
+        services.tooltips = &tooltips;
         model = std::make_unique<app::BarModel>(services);
         QObject::connect(model.get(), &app::BarModel::shakeRequested, [this] { ++shakes; });
         QObject::connect(model.get(), &app::BarModel::editorRequested,
@@ -46,6 +57,9 @@ struct BarHarness {
     app::ToastManager toasts{store.scheduler, [] {
                                  return app::ToastManager::BarState{{100, 600, 700, 44}, true};
                              }};
+    CountingTooltipPresenter tooltipPresenter;
+    app::BarTooltipController tooltips{store.scheduler, store.clock, tooltipPresenter,
+                                       [] { return QPoint(); }};
     bool reduceMotion = false;
     QStringList imported;
     QStringList extracted;

@@ -131,9 +131,14 @@ TEST(SwatchActions, DraggingNeedsBothLocksOpen) {
 }
 
 // A new colour opens its editor 0.15 s later; one beyond the sixth opens the list for it first.
+// The list opened for a new colour hushes the bar's tooltips until it closes.
 TEST(BarModel, NewColoursOpenTheirEditor) {
     BarHarness bar({palette(u"P"_s, numberedColors(6))});
+    bar.tooltips.show(u"Groups"_s);
+    bar.store.scheduler.advance(app::BarTooltipController::kDelay);
+    ASSERT_EQ(bar.tooltipPresenter.shown, 1);
     bar.model->addColor();
+    EXPECT_EQ(bar.tooltipPresenter.dismissed, 1);
     EXPECT_EQ(bar.store.store->colorAwaitingEdit(), std::nullopt); // taken at once
     EXPECT_TRUE(bar.model->hover().showingOverflow());
     EXPECT_TRUE(bar.model->hover().overflowPinned());
@@ -143,8 +148,14 @@ TEST(BarModel, NewColoursOpenTheirEditor) {
     EXPECT_EQ(bar.editors, QList<QUuid>{bar.colors()[6].id});
 
     // The list closes when nothing is left behind the sixth swatch.
+    bar.tooltips.show(u"Groups"_s);
+    bar.store.scheduler.advance(app::BarTooltipController::kDelay);
+    EXPECT_EQ(bar.tooltipPresenter.shown, 1);
     bar.store.store->deleteColor(bar.colors()[6].id);
     EXPECT_FALSE(bar.model->hover().showingOverflow());
+    bar.tooltips.show(u"Groups"_s);
+    bar.store.scheduler.advance(app::BarTooltipController::kDelay);
+    EXPECT_EQ(bar.tooltipPresenter.shown, 2);
 
     BarHarness few({palette(u"P"_s, numberedColors(2))});
     few.model->addColor();

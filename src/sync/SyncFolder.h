@@ -51,8 +51,8 @@ QByteArray encode(const QJsonObject& object);
 // free at the call; it returns once every file is read.
 QList<SyncableTemplate> readTemplatesFolder(const QString& templatesFolder);
 
-// One palette file as it stands, with no filter on size or schema version; none when it
-// doesn't exist, read or decode.
+// One palette file as it stands, with no filter on schema version; none when it doesn't exist,
+// is above 1,048,576 bytes (as in a pass), or doesn't read or decode.
 std::optional<SyncableTemplate> readTemplateFile(const QString& path);
 
 // The manifest of a sync folder; none on any failure.

@@ -140,8 +140,10 @@ QList<SyncableTemplate> readTemplatesFolder(const QString& templatesFolder) {
 }
 
 std::optional<SyncableTemplate> readTemplateFile(const QString& path) {
+    // The same bound as a pass: a file that a pass skips can't be found here either, and a huge
+    // one isn't read into memory on the main thread.
     const std::optional<QJsonDocument> document =
-        readJsonFile(path, std::numeric_limits<qint64>::max());
+        readJsonFile(path, SyncLimits::maxTemplateFileSize);
     if (!document || !document->isObject())
         return std::nullopt;
     return SyncableTemplate::fromJson(document->object());

@@ -5,6 +5,7 @@
 #include "SyncTestSupport.h"
 #include "sync/QtFolderWatch.h"
 #include "sync/SyncDefaults.h"
+#include "sync/SyncLimits.h"
 
 #include <QTemporaryDir>
 
@@ -376,6 +377,33 @@ TEST_F(PushToCloud, DeletionRecordsAndTheirRestoration) {
     EXPECT_EQ(std::pair(restored.lastModified, restored.revision),
               std::pair(clock.nowMs(), revision + 2));
     EXPECT_TRUE(sync->recentlyDeletedTemplates().isEmpty());
+}
+
+// A palette file grown past the size limit, by another program or an accident, counts as
+// unreadable to the single-file reader too: deleting or restoring it finds no palette and
+// leaves the file as it is, while one of exactly the limit is still taken.
+TEST_F(PushToCloud, AFileOverTheSizeLimitIsNotFoundForDeletionOrRestoring) {
+    storeSync->pushToCloud();
+    const std::tuple<ColorTemplate, qint64, bool> rows[] = {
+        {palettes.at(0), SyncLimits::maxTemplateFileSize, true},
+        {palettes.at(1), SyncLimits::maxTemplateFileSize + 1, false}};
+    for (const auto& [palette, size, readable] : rows) {
+        SCOPED_TRACE(size);
+        QFile file(fileOf(palette.id));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        const QByteArray bytes = file.readAll();
+        // Trailing white space keeps the JSON valid whatever the length.
+        ASSERT_EQ(file.write(QByteArray(size - bytes.size(), ' ')), size - bytes.size());
+        file.close();
+        EXPECT_EQ(recordOf(palette.id).has_value(), readable);
+        const std::optional<SyncError> error = sync->markTemplateDeleted(palette.id);
+        EXPECT_EQ(error, readable ? std::nullopt : std::optional(SyncError::templateNotFound()));
+        EXPECT_EQ(sync->restoreTemplate(palette.id),
+                  readable ? std::nullopt : std::optional(SyncError::templateNotFound()));
+        if (!readable) {
+            EXPECT_EQ(QFileInfo(file).size(), size);
+        }
+    }
 }
 
 } // namespace

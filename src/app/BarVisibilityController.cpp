@@ -2,7 +2,11 @@
 
 namespace hueshelf::app {
 
-bool BarVisibilityController::iconIsOnScreen(const QRect& icon) const {
+bool BarVisibilityController::canAnimateAt(const QRect& icon) const {
+    // Checked before the screens: Qt counts a rectangle of no height or no width as meeting a
+    // screen it lies on, and there is nothing there to grow from or shrink into.
+    if (icon.width() <= 0 || icon.height() <= 0)
+        return false;
     const QList<QRect> screens = m_effects.screenGeometries();
     for (const QRect& screen : screens) {
         if (screen.intersects(icon))
@@ -39,7 +43,7 @@ void BarVisibilityController::showBar(bool plain) {
         return;
     }
     m_cameFromTheMenuBar = false;
-    if (icon->width() <= 0 || !iconIsOnScreen(*icon)) {
+    if (!canAnimateAt(*icon)) {
         orderFrontAndDecide();
         return;
     }
@@ -55,8 +59,8 @@ void BarVisibilityController::hideToMenuBar() {
     // The desktop can't say whether something covers the icon; a tray that places its icon on a
     // screen is taken to show it.
     const std::optional<QRect> icon = m_effects.trayIconGeometry();
-    const bool canShrink = icon && !m_effects.reduceMotion() && icon->width() > 0 &&
-                           icon->height() > 0 && iconIsOnScreen(*icon) && m_effects.takeSnapshot();
+    const bool canShrink =
+        icon && !m_effects.reduceMotion() && canAnimateAt(*icon) && m_effects.takeSnapshot();
     m_effects.orderOut();
     if (!canShrink) {
         m_effects.showHiddenToast();
@@ -65,9 +69,9 @@ void BarVisibilityController::hideToMenuBar() {
     m_cameFromTheMenuBar = true;
     m_effects.animateShrink(*icon, [this] {
         m_unhighlight.cancel();
-        m_effects.setIconHighlighted(true);
-        m_unhighlight = m_scheduler.scheduleAfter(iconHighlightSeconds,
-                                                  [this] { m_effects.setIconHighlighted(false); });
+        highlightIcon(true);
+        m_unhighlight =
+            m_scheduler.scheduleAfter(iconHighlightSeconds, [this] { highlightIcon(false); });
     });
 }
 

@@ -60,7 +60,8 @@ public:
     bool cameFromTheMenuBar() const { return m_cameFromTheMenuBar; }
 
 private:
-    bool iconIsOnScreen(const QRect& icon) const;
+    // One rule for both directions: the icon has an area and lies on a screen.
+    bool canAnimateAt(const QRect& icon) const;
     void orderFrontAndDecide();
     void afterShow();
     void highlightIcon(bool on);

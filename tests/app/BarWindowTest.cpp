@@ -37,7 +37,7 @@ const QRect kIcon(1700, 2, 22, 22);
 
 // A desktop played by hand: each effect leaves a word in the log; an animation ends at once.
 struct FakeBar {
-    FakeBar() {
+    explicit FakeBar(bool canHighlight = true) {
         BarVisibilityController::Effects effects;
         const auto note = [this](const QString& word) {
             return [this, word] {
@@ -66,9 +66,11 @@ struct FakeBar {
         effects.animateShrink = animate(u"shrink"_s);
         effects.showHiddenToast = note(u"toast"_s);
         effects.afterShow = note(u"decide"_s);
-        effects.setIconHighlighted = [note](bool on) {
-            note(on ? u"highlight"_s : u"unhighlight"_s)();
-        };
+        if (canHighlight) {
+            effects.setIconHighlighted = [note](bool on) {
+                note(on ? u"highlight"_s : u"unhighlight"_s)();
+            };
+        }
         controller = std::make_unique<BarVisibilityController>(std::move(effects), scheduler);
     }
 
@@ -94,6 +96,9 @@ TEST(BarVisibilityControllerTest, ShowsAndHidesByEveryBranch) {
     const auto noIcon = [](FakeBar& b) { b.icon.reset(); };
     const auto unknownIcon = [](FakeBar& b) { b.icon = QRect(); };
     const auto offScreen = [](FakeBar& b) { b.icon = QRect(-90, -90, 22, 22); };
+    // On screen, but of no area: the tray placed nothing there to grow from or shrink into.
+    const auto flatIcon = [](FakeBar& b) { b.icon = QRect(1700, 2, 22, 0); };
+    const auto thinIcon = [](FakeBar& b) { b.icon = QRect(1700, 2, 0, 22); };
     const auto noSnapshot = [](FakeBar& b) { b.snapshot = false; };
     const struct {
         const char* name;
@@ -106,14 +111,20 @@ TEST(BarVisibilityControllerTest, ShowsAndHidesByEveryBranch) {
         {"hide shrinks", visible, hide, nullptr, u"snapshot out shrink highlight"_s, true},
         {"hide, reduced motion", shownAfterShrinking, hide, setReduce, u"out toast"_s, true},
         {"hide, no tray", visible, hide, noIcon, u"out toast"_s, false},
-        {"hide, icon of no height", visible, hide,
-         [](FakeBar& b) { b.icon = QRect(1700, 2, 22, 0); }, u"out toast"_s, false},
+        {"hide, icon of no height", visible, hide, flatIcon, u"out toast"_s, false},
+        {"hide, icon of no width", visible, hide, thinIcon, u"out toast"_s, false},
         {"hide, icon off screen", visible, hide, offScreen, u"out toast"_s, false},
         {"hide, no snapshot", shownAfterShrinking, hide, noSnapshot, u"snapshot out toast"_s, true},
         {"show, never shrank", hidden, show, nullptr, u"front decide"_s, false},
         {"show plainly", shrunk, showPlain, nullptr, u"front decide"_s, true},
         {"show, reduced motion keeps the flag", shrunk, show, setReduce, u"front decide"_s, true},
         {"show, tray doesn't tell", shrunk, show, unknownIcon, u"front decide"_s, false},
+        {"show, icon of no height", shrunk, show, flatIcon, u"front decide"_s, false},
+        {"show, icon of no width", shrunk, show, thinIcon, u"front decide"_s, false},
+        {"tray shows, icon of no height", shrunk, toggleFromMenuBar, flatIcon, u"front decide"_s,
+         false},
+        {"tray shows, icon of no width", shrunk, toggleFromMenuBar, thinIcon, u"front decide"_s,
+         false},
         {"show, no snapshot", shrunk, show, noSnapshot, u"front snapshot decide"_s, false},
         {"shortcut shows plainly", shrunk, toggle, nullptr, u"front decide"_s, true},
         {"shortcut hides without a toast", shownAfterShrinking, toggle, nullptr, u"out"_s, true},
@@ -158,6 +169,18 @@ TEST(BarVisibilityControllerTest, ShowsAndHidesByEveryBranch) {
         bar.scheduler.advance(0.01);
         EXPECT_EQ(bar.log.endsWith(u"unhighlight"_s), c.log.endsWith(u"highlight"_s));
     }
+}
+
+// A tray that can't highlight its icon leaves that effect empty: the shrink still runs to its
+// end, and so does the moment after it.
+TEST(BarVisibilityControllerTest, ShrinksIntoAnIconThatCantBeHighlighted) {
+    FakeBar bar(false);
+    EXPECT_NO_THROW({
+        bar.controller->hideToMenuBar();
+        bar.scheduler.advance(1.0);
+    });
+    EXPECT_EQ(bar.log.join(u' ').toStdString(), "snapshot out shrink");
+    EXPECT_TRUE(bar.controller->cameFromTheMenuBar());
 }
 
 // The hidden toast stands its fade in and 2.6 s, by the scheduler's clock, before it leaves.

@@ -162,6 +162,13 @@ void AppDelegate::createBarVisibility(Scheduler& scheduler) {
             return std::nullopt;
         return m_trayIcon->geometry();
     };
+    effects.setIconHighlighted = [this](bool on) {
+        if (!m_trayIcon)
+            return;
+        QColor plate = QGuiApplication::palette().color(QPalette::Highlight);
+        plate.setAlphaF(0.55f);
+        m_trayIcon->setIcon(on ? highlightedApplicationIcon(plate) : applicationIcon());
+    };
     effects.afterShow = [this] {
         if (m_hooks.afterShow && m_firstBarShown)
             m_hooks.afterShow();

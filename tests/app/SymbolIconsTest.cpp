@@ -1,6 +1,7 @@
 #include "app/SymbolIcons.h"
 
 #include "AppTestSupport.h"
+#include "app/ApplicationIcon.h"
 #include "app/SymbolIconTable.h"
 
 #include <QDir>
@@ -113,6 +114,32 @@ TEST(SymbolIconsTest, TableIsSortedCompleteAndExact) {
         EXPECT_TRUE(mapped.contains(u":/icons/"_s + file)) << file.toStdString();
     for (const QString& name : {u""_s, u"lock.fil"_s, u"Lock.fill"_s, u":/icons/lock.svg"_s})
         EXPECT_TRUE(symbolIcon(name, Qt::black).isNull()) << name.toStdString();
+}
+
+// The highlighted tray icon is the drawing on a plate: where the plain icon is clear the plate
+// shows, and the drawing still stands on it at every size a tray asks for.
+TEST(SymbolIconsTest, TheHighlightedTrayIconIsTheDrawingOnAPlate) {
+    testing::ensureApplication();
+    const QColor plate(40, 90, 200);
+    for (const int side : {16, 22, 48}) {
+        const QImage plain = imageOf(applicationIcon(), side);
+        const QImage lit = imageOf(highlightedApplicationIcon(plate), side);
+        ASSERT_EQ(lit.size(), QSize(side, side)) << side;
+        int plateShows = 0;
+        int drawingShows = 0;
+        for (int y = 0; y < side; ++y) {
+            for (int x = 0; x < side; ++x) {
+                const QColor pixel = lit.pixelColor(x, y);
+                if (plain.pixelColor(x, y).alpha() == 0 && pixel == plate)
+                    ++plateShows;
+                if (pixel.alpha() == 255 && pixel != plate)
+                    ++drawingShows;
+            }
+        }
+        EXPECT_GT(plateShows, side) << side;
+        EXPECT_GT(drawingShows, side) << side;
+        EXPECT_EQ(lit.pixelColor(0, 0).alpha(), 0) << "rounded corners, " << side;
+    }
 }
 
 } // namespace

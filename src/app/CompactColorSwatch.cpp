@@ -68,24 +68,34 @@ void CompactColorSwatch::setReduceMotion(bool reduceMotion) {
 
 void CompactColorSwatch::stateChanged() {
     const SwatchAppearance look = SwatchAppearance::of(m_state, m_reduceMotion);
-    if (m_scaleAnimation)
-        m_scaleAnimation->stop();
-    if (!look.animates || qFuzzyCompare(look.scale, m_scale)) {
-        m_scale = look.scale;
-        update();
+    const bool emphasisChanged = m_state.isEmphasized != m_shownEmphasis;
+    m_shownEmphasis = m_state.isEmphasized;
+    animate(m_scaleAnimation, m_scale, look.scale, look.animates,
+            SwatchAppearance::scaleTransition(emphasisChanged));
+    animate(m_dimAnimation, m_dim, m_state.isDimmed ? 1.0 : 0.0, look.animates,
+            SwatchAppearance::dimTransition());
+    update();
+}
+
+void CompactColorSwatch::animate(QPointer<QVariantAnimation>& running, double& value, double target,
+                                 bool animates, const SwatchTransition& how) {
+    if (running)
+        running->stop();
+    if (!animates || qFuzzyCompare(value, target)) {
+        value = target;
         return;
     }
     auto* animation = new QVariantAnimation(this);
-    animation->setStartValue(m_scale);
-    animation->setEndValue(look.scale);
-    // Emphasis by a group eases a touch quicker than the hover.
-    animation->setDuration(m_state.isEmphasized ? 140 : 150);
-    animation->setEasingCurve(QEasingCurve::OutCubic);
-    connect(animation, &QVariantAnimation::valueChanged, this, [this](const QVariant& value) {
-        m_scale = value.toDouble();
+    animation->setStartValue(value);
+    animation->setEndValue(target);
+    animation->setDuration(how.durationMs);
+    animation->setEasingCurve(how.curve);
+    // `value` is a member: the animation is a child and goes with the swatch.
+    connect(animation, &QVariantAnimation::valueChanged, this, [this, &value](const QVariant& now) {
+        value = now.toDouble();
         update();
     });
-    m_scaleAnimation = animation;
+    running = animation;
     animation->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
@@ -93,7 +103,8 @@ void CompactColorSwatch::paintEvent(QPaintEvent*) {
     const SwatchAppearance look = SwatchAppearance::of(m_state, m_reduceMotion);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(look.opacity);
+    const auto [opacity, saturation] = SwatchAppearance::fadeAt(m_dim);
+    painter.setOpacity(opacity);
 
     const QRectF base = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
     const QPointF centre = base.center();
@@ -106,8 +117,8 @@ void CompactColorSwatch::paintEvent(QPaintEvent*) {
         painter.setBrush(QColor::fromRgbF(0, 0, 0, 0.2f));
         painter.drawRoundedRect(base.translated(0, 1.5), cornerRadius, cornerRadius);
     }
-    const QColor fill = look.saturation < 1.0 ? desaturated(m_swatch.displayColor, look.saturation)
-                                              : m_swatch.displayColor;
+    const QColor fill =
+        saturation < 1.0 ? desaturated(m_swatch.displayColor, saturation) : m_swatch.displayColor;
     painter.setBrush(fill);
     // A hairline keeps a pale colour visible on a pale bar.
     QColor outline = palette().color(QPalette::Mid);
@@ -130,9 +141,9 @@ void CompactColorSwatch::paintEvent(QPaintEvent*) {
     }
     if (look.checkMark) {
         const QRectF mark(centre.x() - 8, centre.y() - 8, 16, 16);
-        painter.setOpacity(look.opacity * 0.3);
+        painter.setOpacity(opacity * 0.3);
         symbolIcon(u"checkmark"_s, Qt::black).paint(&painter, mark.translated(0, 1).toRect());
-        painter.setOpacity(look.opacity);
+        painter.setOpacity(opacity);
         symbolIcon(u"checkmark"_s, Qt::white).paint(&painter, mark.toRect());
     }
 }

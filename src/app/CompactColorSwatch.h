@@ -56,6 +56,8 @@ protected:
 
 private:
     void stateChanged();
+    void animate(QPointer<QVariantAnimation>& running, double& value, double target, bool animates,
+                 const SwatchTransition& how);
     void startDrag();
 
     BarSwatch m_swatch;
@@ -68,6 +70,10 @@ private:
     bool m_pressed = false;
     double m_scale = 1.0;
     QPointer<QVariantAnimation> m_scaleAnimation;
+    // 0 undimmed, 1 dimmed by a group; between while it fades.
+    double m_dim = 0.0;
+    QPointer<QVariantAnimation> m_dimAnimation;
+    bool m_shownEmphasis = false;
 };
 
 } // namespace hueshelf::app

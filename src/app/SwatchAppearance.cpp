@@ -1,6 +1,9 @@
 #include "app/SwatchAppearance.h"
 
+#include "app/SpringMotion.h"
+
 #include <algorithm>
+#include <cmath>
 
 namespace hueshelf::app {
 
@@ -14,10 +17,6 @@ SwatchAppearance SwatchAppearance::of(const SwatchState& state, bool reduceMotio
             look.scale = 1.1;
     }
     look.dropRing = state.isDropTarget;
-    if (state.isDimmed) {
-        look.opacity = 0.35;
-        look.saturation = 0.85;
-    }
     if (state.isEmphasized) {
         // The group's emphasis isn't motion that follows the pointer: it stays with less
         // motion too, only without its animation.
@@ -27,6 +26,23 @@ SwatchAppearance SwatchAppearance::of(const SwatchState& state, bool reduceMotio
     look.lockBadge = state.isLocked;
     look.checkMark = state.showingCopiedFeedback;
     return look;
+}
+
+SwatchAppearance::Fade SwatchAppearance::fadeAt(double dim) {
+    return {std::lerp(1.0, 0.35, dim), std::lerp(1.0, 0.85, dim)};
+}
+
+SwatchTransition SwatchAppearance::scaleTransition(bool emphasisChanged) {
+    if (!emphasisChanged)
+        return {150, QEasingCurve(QEasingCurve::OutCubic)};
+    QEasingCurve spring;
+    spring.setCustomType(&SpringMotion::groupEmphasisEasing);
+    const double seconds = SpringMotion::settleTime(SpringMotion::groupEmphasis);
+    return {static_cast<int>(std::lround(seconds * 1000.0)), spring};
+}
+
+SwatchTransition SwatchAppearance::dimTransition() {
+    return {140, QEasingCurve(QEasingCurve::OutCubic)};
 }
 
 } // namespace hueshelf::app

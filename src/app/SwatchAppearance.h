@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QEasingCurve>
+
 namespace hueshelf::app {
 
 // What a swatch is doing at the moment, as the bar knows it.
@@ -15,12 +17,16 @@ struct SwatchState {
     bool showingCopiedFeedback = false;
 };
 
+// How one quantity of the drawing moves to its new value.
+struct SwatchTransition {
+    int durationMs;
+    QEasingCurve curve;
+};
+
 // How a swatch is drawn in a state. Scales are factors of its size; with less motion wanted
 // hovering and dropping don't scale at all, and nothing animates.
 struct SwatchAppearance {
     double scale = 1.0;
-    double opacity = 1.0;
-    double saturation = 1.0;
     bool dropRing = false;
     bool shadow = false;
     bool lockBadge = false;
@@ -28,6 +34,20 @@ struct SwatchAppearance {
     bool animates = true;
 
     static SwatchAppearance of(const SwatchState& state, bool reduceMotion);
+
+    // Dimming by a group fades, so it is drawn by how far it has come: 0 not dimmed, 1 fully
+    // (opacity 0.35, saturation 0.85).
+    struct Fade {
+        double opacity;
+        double saturation;
+    };
+    static Fade fadeAt(double dim);
+
+    // The scale's way to a new look: on the group emphasis's spring when the emphasis came or
+    // went, otherwise (hover, a drag over it) eased out over 0.15 s.
+    static SwatchTransition scaleTransition(bool emphasisChanged);
+    // Dimming by a group and its end, eased out over 0.14 s.
+    static SwatchTransition dimTransition();
 };
 
 } // namespace hueshelf::app

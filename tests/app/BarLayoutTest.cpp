@@ -4,12 +4,15 @@
 #include "app/BarEyedropper.h"
 #include "app/PopoverPlacement.h"
 #include "app/ShakeMotion.h"
+#include "app/SpringMotion.h"
 #include "app/SwatchAppearance.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 namespace hueshelf::app {
 namespace {
@@ -158,13 +161,51 @@ TEST(SwatchAppearance, StatesAndReducedMotion) {
     EXPECT_DOUBLE_EQ(target.scale, 1.0);
     EXPECT_TRUE(target.dropRing);
     EXPECT_FALSE(target.animates);
-    const SwatchAppearance dimmed = SwatchAppearance::of({.isDimmed = true}, false);
-    EXPECT_DOUBLE_EQ(dimmed.opacity, 0.35);
-    EXPECT_DOUBLE_EQ(dimmed.saturation, 0.85);
+    const std::tuple<double, double, double> fades[] = {
+        {0.0, 1.0, 1.0}, {0.5, 0.675, 0.925}, {1.0, 0.35, 0.85}};
+    for (const auto& [dim, opacity, saturation] : fades) {
+        EXPECT_DOUBLE_EQ(SwatchAppearance::fadeAt(dim).opacity, opacity) << dim;
+        EXPECT_DOUBLE_EQ(SwatchAppearance::fadeAt(dim).saturation, saturation) << dim;
+    }
     const SwatchAppearance emphasized =
         SwatchAppearance::of({.isEmphasized = true, .isLocked = true}, false);
     EXPECT_DOUBLE_EQ(emphasized.scale, 1.1);
     EXPECT_TRUE(emphasized.shadow && emphasized.lockBadge && !emphasized.checkMark);
+}
+
+// The emphasis moves on its spring: no overshoot to speak of at a damping fraction of 0.82
+// (e^(−ζπ/√(1−ζ²)) ≈ 1.1%), at rest within a thousandth of the way by the settle time, and the
+// easing ends exactly on the target. Other scale changes ease out over 0.15 s.
+TEST(SpringMotion, TheEmphasisSpringSettlesWithASlightOvershoot) {
+    using namespace SpringMotion;
+    const double settle = settleTime(groupEmphasis);
+    EXPECT_NEAR(settle, 0.377, 0.001);
+    double peak = 0;
+    for (double t = 0; t <= 2 * settle; t += 0.001) {
+        peak = std::max(peak, progress(groupEmphasis, t));
+        if (t >= settle) {
+            EXPECT_NEAR(progress(groupEmphasis, t), 1.0, 0.001) << t;
+        }
+    }
+    EXPECT_NEAR(peak, 1.0111, 0.0005);
+    EXPECT_EQ(progress(groupEmphasis, 0), 0.0);
+    EXPECT_EQ(progress(groupEmphasis, -1), 0.0);
+    EXPECT_EQ(groupEmphasisEasing(1.0), 1.0);
+    EXPECT_DOUBLE_EQ(groupEmphasisEasing(0.25), progress(groupEmphasis, 0.25 * settle));
+
+    // Critical damping never passes the target and settles too.
+    const Spring critical{0.3, 1.0};
+    for (double t = 0; t <= 1; t += 0.01)
+        EXPECT_LE(progress(critical, t), 1.0) << t;
+    EXPECT_NEAR(progress(critical, settleTime(critical)), 1.0, 0.001);
+
+    const SwatchTransition emphasis = SwatchAppearance::scaleTransition(true);
+    EXPECT_EQ(emphasis.durationMs, 377);
+    EXPECT_DOUBLE_EQ(emphasis.curve.valueForProgress(0.25), groupEmphasisEasing(0.25));
+    const SwatchTransition hover = SwatchAppearance::scaleTransition(false);
+    EXPECT_EQ(hover.durationMs, 150);
+    EXPECT_EQ(hover.curve.type(), QEasingCurve::OutCubic);
+    EXPECT_EQ(SwatchAppearance::dimTransition().durationMs, 140);
 }
 
 TEST(ShakeMotion, KicksLeftAndSettles) {

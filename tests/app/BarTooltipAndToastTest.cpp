@@ -109,19 +109,7 @@ TEST(BarTooltipController, FollowsTheHoverRules) {
          u"A@450 -@1000 C@2550"_s},
         {"an explicit delay ignores a showing tooltip and the hand-off",
          u"0 A; 1 B/0.2; 2 -; 2.1 C/1"_s, u"A@450 B@1200 -@2000 C@3100"_s},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(run(c.script).toStdString(), c.expected.toStdString()) << c.name;
-}
-
-// The sync button's card goes to the presenter as a card, on the same clock and under the same
-// suppression as any text.
-TEST(BarTooltipController, HandsACardOnUnderTheSameRules) {
-    const struct {
-        const char* name;
-        QString script;
-        QString expected;
-    } cases[] = {
+        // The sync button's card goes to the presenter as a card, under the same rules.
         {"a card waits the full delay", u"0 sync"_s, u"[Synced]@450"_s},
         {"a card takes over a showing text at once", u"0 A; 1 sync"_s, u"A@450 [Synced]@1000"_s},
         {"a text takes over a card within the hand-off", u"0 sync; 1 -; 1.2 A"_s,

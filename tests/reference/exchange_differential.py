@@ -401,6 +401,7 @@ def damaged(rng, text):
     at = rng.randrange(len(text))
     return rng.choice((
         text[:at], text + rng.choice((b" x", b"\n", b",", b"}")), b"\xff\xfe" + text,
+        b"\xef\xbb\xbf" + text, b"\xef\xbb\xbf\xef\xbb\xbf" + text,
         b"[" + text + b"]", text.replace(b'"', b"'"), text[:at] + b"\xc3" + text[at + 1:],
         rng.choice((b'"X"', b"null", b"", b"   ", b"\xff\xfe{}")),
         text.replace(b'"colors"', b'"colours"'), text.replace(b'"name"', b'"Name"'),

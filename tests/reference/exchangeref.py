@@ -199,10 +199,12 @@ def _not_json(word):
 
 
 def _json_value(data):
-    """The JSON value of UTF-8 without a byte order mark, or None; NaN and Infinity aren't JSON."""
+    """The JSON value of UTF-8, or None; NaN and Infinity aren't JSON. One byte order mark in
+    front, as some editors write, is passed over; a second one is text, and not JSON."""
     try:
         text = data.decode("utf-8")
-        return None if text.startswith("\ufeff") else json.loads(text, parse_constant=_not_json)
+        text = text[1:] if text.startswith("\ufeff") else text
+        return json.loads(text, parse_constant=_not_json)
     except (UnicodeDecodeError, ValueError, RecursionError):
         return None
 

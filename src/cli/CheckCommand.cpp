@@ -2,9 +2,9 @@
 #include "cli/ColorArguments.h"
 #include "cli/Invocation.h"
 #include "cli/PaletteLookup.h"
-#include "cli/StoreSession.h"
 #include "color/ColorUtils.h"
 #include "exchange/PaletteFile.h"
+#include "model/StoreSession.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -2,8 +2,8 @@
 
 #include "cli/Invocation.h"
 #include "cli/PaletteLookup.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
+#include "model/StoreSession.h"
 #include "model/StoreTexts.h"
 #include "model/TemplateJson.h"
 #include "model/TemplateNaming.h"

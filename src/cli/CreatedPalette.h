@@ -8,10 +8,13 @@
 
 #include <optional>
 
+namespace hueshelf {
+class StoreSession;
+} // namespace hueshelf
+
 namespace hueshelf::cli {
 
 class Invocation;
-class StoreSession;
 
 // The "--create [--name NAME]" half that the generator commands share: the name rule and the
 // new palette, added as the generators' "Create palette" adds it.

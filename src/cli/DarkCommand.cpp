@@ -1,9 +1,9 @@
 #include "cli/CreatedPalette.h"
 #include "cli/Invocation.h"
 #include "cli/PaletteLookup.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
 #include "color/DarkVersion.h"
+#include "model/StoreSession.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 #include "cli/Invocation.h"
 #include "cli/PaletteLookup.h"
-#include "cli/StoreSession.h"
 #include "exchange/PaletteFile.h"
 #include "exchange/PaletteFileSave.h"
+#include "model/StoreSession.h"
 
 #include <QDateTime>
 

@@ -1,11 +1,11 @@
 #include "cli/CreatedPalette.h"
 #include "cli/Invocation.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
 #include "color/ColorUtils.h"
 #include "color/ExtractedSwatch.h"
 #include "color/ExtractionRandom.h"
 #include "color/ImageColorExtractor.h"
+#include "model/StoreSession.h"
 
 #include <QFileInfo>
 

@@ -1,9 +1,9 @@
 #include "cli/Invocation.h"
 #include "cli/PaletteLookup.h"
-#include "cli/StoreSession.h"
 #include "exchange/LinkImport.h"
 #include "exchange/LinkShare.h"
 #include "exchange/PaletteLink.h"
+#include "model/StoreSession.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
 #include "cli/Invocation.h"
 #include "cli/PaletteSummary.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
+#include "model/StoreSession.h"
 
 using namespace Qt::StringLiterals;
 

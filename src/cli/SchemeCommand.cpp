@@ -1,10 +1,10 @@
 #include "cli/ColorArguments.h"
 #include "cli/CreatedPalette.h"
 #include "cli/Invocation.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
 #include "color/ColorUtils.h"
 #include "color/SchemeGenerator.h"
+#include "model/StoreSession.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 #include "cli/Invocation.h"
 #include "cli/PaletteLookup.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
 #include "cli/TimeText.h"
+#include "model/StoreSession.h"
 #include "model/TemplateJson.h"
 
 #include <QDateTime>

@@ -1,7 +1,7 @@
 #include "cli/Invocation.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
 #include "cli/TimeText.h"
+#include "model/StoreSession.h"
 #include "sync/CloudServiceDetector.h"
 #include "sync/FolderWatch.h"
 #include "sync/InlineIoQueue.h"

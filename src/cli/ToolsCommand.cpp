@@ -2,9 +2,9 @@
 #include "aitools/AIToolRegistry.h"
 #include "aitools/AIToolTexts.h"
 #include "cli/Invocation.h"
-#include "cli/StoreSession.h"
 #include "cli/TextTable.h"
 #include "cli/TimeText.h"
+#include "model/StoreSession.h"
 #include "util/AppPaths.h"
 
 #include <QCoreApplication>

@@ -1,9 +1,9 @@
 #include "cli/Invocation.h"
 #include "cli/PaletteLookup.h"
 #include "cli/PaletteSummary.h"
-#include "cli/StoreSession.h"
 #include "model/PreferencesFile.h"
 #include "model/PreferencesKeys.h"
+#include "model/StoreSession.h"
 #include "model/TemplateJson.h"
 #include "util/Clock.h"
 

@@ -1,7 +1,7 @@
 #include "mcp/PaletteSource.h"
 
 #include "aitools/AIToolSettingsKeys.h"
-#include "cli/StoreSession.h"
+#include "model/StoreSession.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,7 +11,7 @@ PaletteSource::PaletteSource(AppPaths paths, QProcessEnvironment env)
     : m_paths(std::move(paths)), m_env(std::move(env)) {}
 
 PaletteSnapshot PaletteSource::read() const {
-    cli::StoreSession session(cli::StoreSession::Access::readOnly, m_paths, m_env);
+    StoreSession session(StoreSession::Access::readOnly, m_paths, m_env);
     PaletteSnapshot snapshot;
     snapshot.templates = session.storage().templates();
     snapshot.activeId = session.storage().activeTemplateId();
@@ -26,7 +26,7 @@ PaletteSnapshot PaletteSource::read() const {
 
 ColorTemplate PaletteSource::create(const QString& wantedName,
                                     const QList<ColorItem>& colors) const {
-    cli::StoreSession session(cli::StoreSession::Access::readWrite, m_paths, m_env);
+    StoreSession session(StoreSession::Access::readWrite, m_paths, m_env);
     const ColorTemplate added = session.storage().createTemplate(wantedName, colors);
     session.close();
     // After the merge with whatever another process wrote meanwhile. By id alone: another

@@ -1,8 +1,8 @@
-#include "cli/StoreSession.h"
 #include "mcp/McpOptions.h"
 #include "mcp/McpServer.h"
 #include "mcp/McpTools.h"
 #include "mcp/PaletteSource.h"
+#include "model/StoreSession.h"
 #include "util/AppPaths.h"
 #include "util/Clock.h"
 
@@ -61,7 +61,7 @@ int main(int argc, char* argv[]) {
     // server only ever waits for its input.
     QCoreApplication application(argc, argv);
 
-    const QProcessEnvironment env = cli::StoreSession::environment();
+    const QProcessEnvironment env = StoreSession::environment();
     const AppPaths paths = AppPaths::fromEnvironment(env);
     const PaletteSource source(paths, env);
     const McpTools tools(source, paths, SystemClock::instance(), options.clientId);

@@ -2,9 +2,9 @@
 
 #include "CliRun.h"
 #include "TempHome.h"
-#include "cli/StoreSession.h"
 #include "model/PreferencesFile.h"
 #include "model/PreferencesKeys.h"
+#include "model/StoreSession.h"
 #include "model/TemplateJson.h"
 
 #include <QDirIterator>
@@ -36,9 +36,9 @@ protected:
         QProcessEnvironment env;
         env.insert(QStringLiteral("HOME"), home.path());
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path() + u"/.config");
-        cli::StoreSession::overrideEnvironment(env);
+        StoreSession::overrideEnvironment(env);
     }
-    ~StoreHome() override { cli::StoreSession::overrideEnvironment(std::nullopt); }
+    ~StoreHome() override { StoreSession::overrideEnvironment(std::nullopt); }
 
     QString prefsPath() const { return home.paths().configDir + u"/io.hueshelf.Hueshelf.json"; }
     // As another process of the product writes it, with a key of its own.

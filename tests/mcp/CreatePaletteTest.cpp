@@ -1,6 +1,6 @@
 #include "McpTestHome.h"
-#include "cli/StoreSession.h"
 #include "color/ColorUtils.h"
+#include "model/StoreSession.h"
 
 namespace hueshelf::testing {
 namespace {
@@ -25,7 +25,7 @@ TEST_F(CreatePalette, addsThePaletteToTheFileAndMakesItActive) {
               u"Created \"Ocean 2\""_s);
     // Read back by a second session, opened as another command would open it.
     const QList<ColorTemplate> stored =
-        cli::StoreSession(cli::StoreSession::Access::readOnly, home.paths(), QProcessEnvironment())
+        StoreSession(StoreSession::Access::readOnly, home.paths(), QProcessEnvironment())
             .storage()
             .templates();
     ASSERT_EQ(namesOf(stored), (QStringList{u"Ocean"_s, u"Ocean 2"_s}));

@@ -15,9 +15,9 @@
 // Exit status: 0 done, 1 no such palette, 2 usage.
 
 #include "cli/PaletteLookup.h"
-#include "cli/StoreSession.h"
 #include "model/ColorItem.h"
 #include "model/ColorTemplate.h"
+#include "model/StoreSession.h"
 #include "util/Clock.h"
 
 #include <QDeadlineTimer>
@@ -30,7 +30,7 @@ using namespace Qt::StringLiterals;
 using hueshelf::ColorItem;
 using hueshelf::ColorStorage;
 using hueshelf::ColorTemplate;
-using hueshelf::cli::StoreSession;
+using hueshelf::StoreSession;
 using hueshelf::cli::PaletteLookup::find;
 
 namespace {

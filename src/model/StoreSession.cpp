@@ -1,4 +1,4 @@
-#include "cli/StoreSession.h"
+#include "model/StoreSession.h"
 
 #include "model/PreferencesKeys.h"
 #include "model/SettingsStore.h"
@@ -7,7 +7,7 @@
 
 #include <QFileInfo>
 
-namespace hueshelf::cli {
+namespace hueshelf {
 
 namespace {
 
@@ -91,4 +91,4 @@ void StoreSession::close() {
     m_settings->sync();
 }
 
-} // namespace hueshelf::cli
+} // namespace hueshelf

@@ -13,12 +13,13 @@
 #include <memory>
 #include <optional>
 
-namespace hueshelf::cli {
+namespace hueshelf {
 
-// One command's stay with the palette store. It opens the store exactly as the bar does (the
-// locations from HOME and XDG_CONFIG_HOME, the settings, the load at start, the store, the
-// writer on its own thread), so what a command saves goes through the same read-merge-write
-// as the bar's saves, and a running bar takes it in as an outside write.
+// A short stay with the palette store, for a command of the command line or for one request to
+// a companion program (the MCP server, the browser helper). It opens the store exactly as the
+// bar does (the locations from HOME and XDG_CONFIG_HOME, the settings, the load at start, the
+// store, the writer on its own thread), so what a command saves goes through the same
+// read-merge-write as the bar's saves, and a running bar takes it in as an outside write.
 //
 // A read-only session loads and nothing else: it has no writer, creates no directory, and
 // leaves even the migration's copy and marker to the next session that writes (it reads the
@@ -74,4 +75,4 @@ private:
     std::unique_ptr<PreferencesWriter> m_writer;
 };
 
-} // namespace hueshelf::cli
+} // namespace hueshelf

@@ -132,12 +132,22 @@ std::optional<qsizetype> ColorStorage::addColor() {
 }
 
 std::optional<qsizetype> ColorStorage::addColor(const QString& hex) {
-    ColorTemplate* palette = activeTemplateForEdit();
+    const std::optional<qsizetype> index = addColorTo(m_activeTemplateId, hex);
+    if (index)
+        setColorAwaitingEdit(activeTemplate()->colors.at(*index).id);
+    return index;
+}
+
+std::optional<qsizetype> ColorStorage::addColorTo(const QUuid& templateId, const QString& hex,
+                                                  const QString& name) {
+    ColorTemplate* palette = findTemplate(templateId);
     if (!palette || palette->isLocked)
         return std::nullopt;
     const QString code = ColorUtils::canonicalHex(hex);
-    const QString name = ColorUtils::uniqueName(ColorUtils::colorName(code), colorNames(*palette));
-    const ColorItem color = ColorItem::make(name, code, true);
+    const ColorItem color = ColorItem::make(
+        name.isEmpty() ? ColorUtils::uniqueName(ColorUtils::colorName(code), colorNames(*palette))
+                       : name,
+        code, name.isEmpty());
 
     // A new colour joins the ungrouped ones, in front of every group.
     qsizetype index = palette->colors.size();
@@ -150,7 +160,6 @@ std::optional<qsizetype> ColorStorage::addColor(const QString& hex) {
     palette->colors.insert(index, color);
     Q_EMIT templatesChanged();
     saveTemplates();
-    setColorAwaitingEdit(color.id);
     return index;
 }
 

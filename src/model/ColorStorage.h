@@ -86,6 +86,11 @@ public:
     // palette. The new colour then waits in colorAwaitingEdit for its editor.
     std::optional<qsizetype> addColor();
     std::optional<qsizetype> addColor(const QString& hex);
+    // The same for any palette, the active one left as it is and nothing awaiting an editor:
+    // for programs beside the bar. A given name is taken as it stands; an empty one is made
+    // from the code.
+    std::optional<qsizetype> addColorTo(const QUuid& templateId, const QString& hex,
+                                        const QString& name = {});
 
     // "Palette N" with three greys, made active and announced; renameRequested follows 0.3 s
     // later. Answers the new palette's id.

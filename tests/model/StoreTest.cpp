@@ -116,20 +116,37 @@ void Store::step(Model& model) {
     const QUuid paletteId = pickPalette(model);
     bool saves = false;
     switch (random.below(9)) {
-    case 0: { // the add button: in front of the first group, named apart from the others
-        const auto index = store->addColor();
-        if (!(saves = p && !p->isLocked)) {
+    case 0: { // the add button, or another program's add to any palette: in front of the first
+              // group, named apart from the others unless a name is given
+        const bool elsewhere = random.bit();
+        ColorTemplate* target = elsewhere ? model.find(paletteId) : p;
+        const QString given = elsewhere && random.bit() ? u"Given"_s : QString();
+        const std::optional<QUuid> awaiting = store->colorAwaitingEdit();
+        const auto index =
+            elsewhere ? store->addColorTo(paletteId, u"#F5F5F5"_s, given) : store->addColor();
+        if (!(saves = target && !target->isLocked)) {
             EXPECT_FALSE(index);
             break;
         }
+        const qsizetype count = target->colors.size();
         qsizetype expected = 0;
-        while (expected < n && !p->colors.at(expected).dividerBefore)
+        while (expected < count && !target->colors.at(expected).dividerBefore)
             ++expected;
         ASSERT_EQ(index, std::optional<qsizetype>(expected));
-        const ColorItem added = store->activeTemplate()->colors.at(expected);
-        EXPECT_FALSE(namesOf(p->colors).contains(added.name, Qt::CaseInsensitive));
-        EXPECT_EQ(store->colorAwaitingEdit(), std::optional<QUuid>(added.id));
-        p->colors.insert(expected, {added.id, added.name, u"#F5F5F5"_s, true, false, false, {}});
+        // The first palette of that id, as the store finds it (a damaged file can repeat one).
+        const auto& stored = store->templates();
+        const auto found = std::find_if(stored.begin(), stored.end(),
+                                        [&](const ColorTemplate& t) { return t.id == target->id; });
+        ASSERT_NE(found, stored.end());
+        const ColorItem added = found->colors.at(expected);
+        if (given.isEmpty())
+            EXPECT_FALSE(namesOf(target->colors).contains(added.name, Qt::CaseInsensitive));
+        else
+            EXPECT_EQ(added.name, given);
+        // Only the bar's own add waits for its editor.
+        EXPECT_EQ(store->colorAwaitingEdit(), elsewhere ? awaiting : std::optional(added.id));
+        target->colors.insert(
+            expected, {added.id, added.name, u"#F5F5F5"_s, given.isEmpty(), false, false, {}});
         break;
     }
     case 1: { // an exchange of two colours, never of a locked one

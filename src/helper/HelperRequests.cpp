@@ -1,15 +1,14 @@
 #include "helper/HelperRequests.h"
 
-#include "color/ColorUtils.h"
-#include "helper/ColorCodeText.h"
+#include "color/ColorCodeInput.h"
 #include "helper/HelperJson.h"
 #include "model/StoreSession.h"
 #include "model/StoreTexts.h"
 #include "model/TemplateJson.h"
 #include "model/TemplateNaming.h"
+#include "model/WantedColors.h"
 
 #include <QJsonArray>
-#include <QStringList>
 
 #include <optional>
 #include <variant>
@@ -78,11 +77,6 @@ Field<std::optional<QUuid>> wantedPalette(const QJsonValue& value) {
 }
 
 // One entry of createPalette's "colors": its code read, its name as given (maybe none).
-struct WantedColor {
-    QString hex;
-    QString name;
-};
-
 Field<WantedColor> wantedColor(const QJsonValue& value, qsizetype index) {
     const QString entry = u"Entry "_s + QString::number(index + 1) + u" of \"colors\""_s;
     if (!value.isObject())
@@ -91,9 +85,9 @@ Field<WantedColor> wantedColor(const QJsonValue& value, qsizetype index) {
     const QJsonValue code = object.value(u"hex"_s);
     if (!code.isString())
         return Problem{entry + u" needs its color code as a string under \"hex\"."_s};
-    const std::optional<QString> hex = ColorCodeText::read(code.toString());
+    const std::optional<QString> hex = ColorCodeInput::read(code.toString());
     if (!hex)
-        return Problem{entry + u": "_s + ColorCodeText::unreadableSentence(code.toString())};
+        return Problem{entry + u": "_s + ColorCodeInput::unreadableSentence(code.toString())};
     const Field<QString> name = optionalName(object.value(u"name"_s), entry + u"'s"_s);
     if (const QString* problem = problemOf(name))
         return Problem{*problem};
@@ -110,26 +104,13 @@ Field<QList<ColorItem>> wantedColors(const QJsonValue& value) {
     if (list.isEmpty())
         return Problem{StoreTexts::lastColorRefusal};
     QList<WantedColor> wanted;
-    QStringList names;
     for (qsizetype i = 0; i < list.size(); ++i) {
         Field<WantedColor> color = wantedColor(list.at(i), i);
         if (const QString* problem = problemOf(color))
             return Problem{*problem};
         wanted.append(std::get<WantedColor>(std::move(color)));
-        if (!wanted.constLast().name.isEmpty())
-            names.append(wanted.constLast().name);
     }
-    QList<ColorItem> colors;
-    for (const WantedColor& color : std::as_const(wanted)) {
-        if (!color.name.isEmpty()) {
-            colors.append(ColorItem::make(color.name, color.hex, false));
-            continue;
-        }
-        const QString name = ColorUtils::uniqueName(ColorUtils::colorName(color.hex), names);
-        names.append(name);
-        colors.append(ColorItem::make(name, color.hex, true));
-    }
-    return colors;
+    return colorItemsFor(wanted);
 }
 
 } // namespace
@@ -175,9 +156,9 @@ QJsonObject HelperRequests::addColor(const QJsonObject& request) const {
     const QJsonValue code = request.value(u"hex"_s);
     if (!code.isString())
         return HelperJson::error(u"addColor needs the color code as a string under \"hex\"."_s);
-    const std::optional<QString> hex = ColorCodeText::read(code.toString());
+    const std::optional<QString> hex = ColorCodeInput::read(code.toString());
     if (!hex)
-        return HelperJson::error(ColorCodeText::unreadableSentence(code.toString()));
+        return HelperJson::error(ColorCodeInput::unreadableSentence(code.toString()));
     const Field<QString> name = optionalName(request.value(u"name"_s), u"The color's"_s);
     if (const QString* problem = problemOf(name))
         return HelperJson::error(*problem);

@@ -1,7 +1,7 @@
 #include "cli/CheckReport.h"
+#include "color/ColorCodeInput.h"
 #include "color/ColorVisionSimulation.h"
 #include "color/PaletteCheck.h"
-#include "mcp/ColorArgument.h"
 #include "mcp/JsonSchema.h"
 #include "mcp/PaletteArgument.h"
 #include "mcp/PaletteJson.h"
@@ -91,9 +91,9 @@ std::optional<QList<ColorItem>> colorsFromCodes(ToolArguments& arguments, const 
                            jsonTypeText(value) + u'.');
             return std::nullopt;
         }
-        const std::optional<QString> hex = ColorArgument::read(value.toString());
+        const std::optional<QString> hex = ColorCodeInput::read(value.toString());
         if (!hex) {
-            arguments.fail(ColorArgument::unreadableSentence(value.toString()));
+            arguments.fail(ColorCodeInput::unreadableSentence(value.toString()));
             return std::nullopt;
         }
         const QString name = ColorUtils::uniqueName(ColorUtils::colorName(*hex), names);
@@ -111,7 +111,7 @@ McpTool checkPalette(const PaletteSource& source) {
         {u"colors"_s, JsonSchema::array(JsonSchema::string(),
                                         u"Color codes to check instead of a stored palette, for "
                                         u"example a palette you are about to propose. "_s +
-                                            ColorArgument::formsText())});
+                                            ColorCodeInput::formsText())});
     return McpTool{
         .name = u"check_palette"_s,
         .title = u"Check a palette"_s,

@@ -1,5 +1,5 @@
+#include "color/ColorCodeInput.h"
 #include "color/ColorUtils.h"
-#include "mcp/ColorArgument.h"
 #include "mcp/JsonSchema.h"
 #include "mcp/ToolCatalog.h"
 
@@ -33,9 +33,9 @@ std::optional<QString> readColor(ToolArguments& arguments, const QString& name) 
     const std::optional<QString> text = arguments.requiredText(name);
     if (!text)
         return std::nullopt;
-    std::optional<QString> hex = ColorArgument::read(*text);
+    std::optional<QString> hex = ColorCodeInput::read(*text);
     if (!hex)
-        arguments.fail(ColorArgument::unreadableSentence(*text));
+        arguments.fail(ColorCodeInput::unreadableSentence(*text));
     return hex;
 }
 
@@ -64,7 +64,7 @@ ToolResult contrastOf(const QString& foreground, const QString& background) {
 } // namespace
 
 McpTool checkContrast() {
-    const QString forms = ColorArgument::formsText();
+    const QString forms = ColorCodeInput::formsText();
     const QJsonObject passes = JsonSchema::object(
         {
             {u"aaNormalText"_s, JsonSchema::boolean(u"WCAG AA for normal text: 4.5:1"_s)},
@@ -137,7 +137,7 @@ McpTool convertColor() {
             u"to name the CSS custom property."_s,
         .inputSchema = JsonSchema::closedObject(
             {
-                {u"color"_s, JsonSchema::string(ColorArgument::formsText())},
+                {u"color"_s, JsonSchema::string(ColorCodeInput::formsText())},
                 {u"name"_s, JsonSchema::string(u"The name for the CSS custom property; "
                                                u"the color's descriptive name by default"_s)},
             },
@@ -165,9 +165,9 @@ McpTool convertColor() {
                 const std::optional<QString> input = arguments.requiredText(u"color"_s);
                 const std::optional<QString> wantedName = arguments.optionalText(u"name"_s);
                 const std::optional<QString> hex =
-                    input ? ColorArgument::read(*input) : std::nullopt;
+                    input ? ColorCodeInput::read(*input) : std::nullopt;
                 if (input && !hex)
-                    arguments.fail(ColorArgument::unreadableSentence(*input));
+                    arguments.fail(ColorCodeInput::unreadableSentence(*input));
                 if (arguments.failed())
                     return ToolResult::failure(arguments.problem());
 

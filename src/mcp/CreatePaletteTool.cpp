@@ -1,22 +1,17 @@
-#include "color/ColorUtils.h"
-#include "mcp/ColorArgument.h"
+#include "color/ColorCodeInput.h"
 #include "mcp/JsonSchema.h"
 #include "mcp/PaletteJson.h"
 #include "mcp/PaletteSource.h"
 #include "mcp/ToolCatalog.h"
 #include "model/StoreTexts.h"
 #include "model/TemplateNaming.h"
+#include "model/WantedColors.h"
 
 using namespace Qt::StringLiterals;
 
 namespace hueshelf::mcp::ToolCatalog {
 
 namespace {
-
-struct WantedColor {
-    QString hex;
-    QString name; // blank: the colour is named by its code, as the bar names new colours
-};
 
 std::optional<WantedColor> readEntry(ToolArguments& arguments, const QJsonValue& value,
                                      qsizetype index) {
@@ -53,9 +48,9 @@ std::optional<WantedColor> readEntry(ToolArguments& arguments, const QJsonValue&
                        jsonTypeText(value) + u'.');
         return std::nullopt;
     }
-    const std::optional<QString> hex = ColorArgument::read(code);
+    const std::optional<QString> hex = ColorCodeInput::read(code);
     if (!hex) {
-        arguments.fail(entry + u": "_s + ColorArgument::unreadableSentence(code));
+        arguments.fail(entry + u": "_s + ColorCodeInput::unreadableSentence(code));
         return std::nullopt;
     }
     return WantedColor{*hex, name};
@@ -68,30 +63,17 @@ std::optional<QList<ColorItem>> readColors(ToolArguments& arguments, const QJson
         return std::nullopt;
     }
     QList<WantedColor> wanted;
-    QStringList names;
     for (qsizetype i = 0; i < list.size(); ++i) {
         const std::optional<WantedColor> color = readEntry(arguments, list.at(i), i);
         if (!color)
             return std::nullopt;
         wanted.append(*color);
-        if (!color->name.isEmpty())
-            names << color->name;
     }
-    QList<ColorItem> colors;
-    for (const WantedColor& color : std::as_const(wanted)) {
-        if (!color.name.isEmpty()) {
-            colors.append(ColorItem::make(color.name, color.hex, false));
-            continue;
-        }
-        const QString name = ColorUtils::uniqueName(ColorUtils::colorName(color.hex), names);
-        names << name;
-        colors.append(ColorItem::make(name, color.hex, true));
-    }
-    return colors;
+    return colorItemsFor(wanted);
 }
 
 QJsonObject inputSchema() {
-    const QString forms = ColorArgument::formsText();
+    const QString forms = ColorCodeInput::formsText();
     const QJsonObject entry = JsonSchema::anyOf({
         JsonSchema::string(u"A color code. "_s + forms),
         JsonSchema::closedObject(

@@ -1,10 +1,10 @@
-#include "helper/ColorCodeText.h"
+#include "color/ColorCodeInput.h"
 
 #include "color/ColorUtils.h"
 
 using namespace Qt::StringLiterals;
 
-namespace hueshelf::helper::ColorCodeText {
+namespace hueshelf::ColorCodeInput {
 
 std::optional<QString> read(const QString& text) {
     if (std::optional<QString> pasted = ColorUtils::parseColorCode(text))
@@ -16,9 +16,11 @@ std::optional<QString> read(const QString& text) {
 }
 
 QString unreadableSentence(const QString& text) {
-    return u"\""_s + text +
-           u"\" is not a color code HueShelf can read. Write colors as #RRGGBB, #RGB, "
-           u"rgb(r, g, b) or hsl(h, s%, l%)."_s;
+    return u"\""_s + text + u"\" is not a color code HueShelf can read. "_s + formsText();
 }
 
-} // namespace hueshelf::helper::ColorCodeText
+QString formsText() {
+    return u"Write colors as #RRGGBB, #RGB, rgb(r, g, b) or hsl(h, s%, l%)."_s;
+}
+
+} // namespace hueshelf::ColorCodeInput

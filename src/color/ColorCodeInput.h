@@ -4,10 +4,11 @@
 
 #include <optional>
 
-namespace hueshelf::mcp {
+namespace hueshelf {
 
-// A colour as a model writes it, read with the program's own readers.
-namespace ColorArgument {
+// A colour code as another program or a model writes it (the MCP server's arguments, the
+// browser helper's requests), read with the program's own readers.
+namespace ColorCodeInput {
 
 // Any code that the program reads when a code is pasted (hex with or without "#", rgb(),
 // rgba(), hsl(), hsla()), and the short hex form that the swatch editor takes (#FFF). The
@@ -17,8 +18,8 @@ std::optional<QString> read(const QString& text);
 // The sentence for text that isn't a colour, naming the forms that are.
 QString unreadableSentence(const QString& text);
 
-// What every colour argument's schema says about the forms it takes.
+// The forms a code may take, as one sentence (the MCP server's schemas say it too).
 QString formsText();
 
-} // namespace ColorArgument
-} // namespace hueshelf::mcp
+} // namespace ColorCodeInput
+} // namespace hueshelf

@@ -48,14 +48,8 @@ struct Outcome {
 // The built helper as the browser starts it: pipes, the extension's origin as its argument,
 // its own home, no display.
 Outcome run(const QString& home, const QByteArray& input) {
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(u"HOME"_s, home);
-    env.insert(u"XDG_CONFIG_HOME"_s, home + u"/.config"_s);
-    env.insert(u"XDG_DATA_HOME"_s, home + u"/.local/share"_s);
-    env.remove(StorageLocations::isolationVariable);
-    env.insert(u"QT_QPA_PLATFORM"_s, u"no-such-platform"_s);
     QProcess process;
-    process.setProcessEnvironment(env);
+    process.setProcessEnvironment(testing::childEnvironment(home));
     process.start(QStringLiteral(HUESHELF_HELPER_BINARY),
                   {u"chrome-extension://aaaabbbbccccddddeeeeffffgggghhhh/"_s});
     process.write(input);

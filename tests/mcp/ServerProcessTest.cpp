@@ -18,14 +18,8 @@ struct Outcome {
 };
 
 Outcome run(const QString& home, const QStringList& arguments, const QByteArray& input) {
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(u"HOME"_s, home);
-    env.insert(u"XDG_CONFIG_HOME"_s, home + u"/.config"_s);
-    env.insert(u"XDG_DATA_HOME"_s, home + u"/.local/share"_s);
-    env.remove(StorageLocations::isolationVariable);
-    env.insert(u"QT_QPA_PLATFORM"_s, u"no-such-platform"_s);
     QProcess process;
-    process.setProcessEnvironment(env);
+    process.setProcessEnvironment(testing::childEnvironment(home));
     process.start(QStringLiteral(HUESHELF_MCP_BINARY), arguments);
     process.write(input);
     process.closeWriteChannel();

@@ -25,16 +25,8 @@ protected:
     }
 
     QProcessEnvironment processEnvironment() const {
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("HOME"), home.path());
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path() + u"/.config");
-        env.insert(QStringLiteral("XDG_DATA_HOME"), home.path() + u"/.local/share");
-        env.remove(StorageLocations::isolationVariable);
         // Neither process may need a display.
-        env.remove(QStringLiteral("DISPLAY"));
-        env.remove(QStringLiteral("WAYLAND_DISPLAY"));
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("no-such-platform"));
-        return env;
+        return testing::childEnvironment(home.path());
     }
 
     // One scripted edit by the test writer, a full read-merge-write of its own, run to its end;

@@ -1,3 +1,4 @@
+#include "FrameBytes.h"
 #include "HelperTestHome.h"
 
 #include <QProcess>
@@ -11,13 +12,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 using HelperProcess = HelperTestHome;
-
-QByteArray framed(const QByteArray& body) {
-    const auto length = static_cast<std::uint32_t>(body.size());
-    QByteArray bytes(4, '\0');
-    std::memcpy(bytes.data(), &length, sizeof length);
-    return bytes + body;
-}
 
 // The frames on standard output, each checked to be whole; anything else there fails.
 QList<QJsonObject> framesOf(const QByteArray& out) {
@@ -48,17 +42,10 @@ struct Outcome {
 // The built helper as the browser starts it: pipes, the extension's origin as its argument,
 // its own home, no display.
 Outcome run(const QString& home, const QByteArray& input) {
-    QProcess process;
-    process.setProcessEnvironment(testing::childEnvironment(home));
-    process.start(QStringLiteral(HUESHELF_HELPER_BINARY),
-                  {u"chrome-extension://aaaabbbbccccddddeeeeffffgggghhhh/"_s});
-    process.write(input);
-    process.closeWriteChannel();
-    const bool finished = process.waitForFinished(30'000);
-    if (!finished)
-        process.kill();
-    return {finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            framesOf(process.readAllStandardOutput()), process.readAllStandardError()};
+    const testing::ChildRun child =
+        testing::runChild(QStringLiteral(HUESHELF_HELPER_BINARY),
+                          {u"chrome-extension://aaaabbbbccccddddeeeeffffgggghhhh/"_s}, home, input);
+    return {child.status, framesOf(child.out), child.err};
 }
 
 TEST_F(HelperProcess, speaksFramesOverItsPipesAndSavesTheColor) {

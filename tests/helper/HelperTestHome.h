@@ -30,13 +30,7 @@ protected:
 
     // The palettes, the active id (if defined) and a key of another writer.
     void seed(const QList<ColorTemplate>& templates, const QJsonValue& active = {}) {
-        QJsonObject object{{PreferencesKeys::lastModified, 1'700'000'000'000.0},
-                           {PreferencesKeys::schemaVersion, 2},
-                           {PreferencesKeys::templates, TemplateJson::templatesToJson(templates)},
-                           {QStringLiteral("helperState"), true}};
-        if (!active.isUndefined())
-            object.insert(PreferencesKeys::activeTemplateId, active);
-        ASSERT_TRUE(PreferencesFile::write(preferencesPath(), object));
+        ASSERT_TRUE(seedPreferences(preferencesPath(), templates, active));
     }
     QByteArray fileBytes() const {
         QFile file(preferencesPath());

@@ -1,5 +1,7 @@
 #include "helper/NativeMessageFraming.h"
 
+#include "FrameBytes.h"
+
 #include <QByteArray>
 #include <QList>
 
@@ -16,17 +18,6 @@ using helper::NativeMessageFraming;
 using Status = NativeMessageFraming::Status;
 
 constexpr std::uint32_t kLimit = NativeMessageFraming::maxIncomingLength;
-
-// A length prefix as the browser writes it: four bytes in this machine's order.
-QByteArray prefix(std::uint32_t length) {
-    QByteArray bytes(4, '\0');
-    std::memcpy(bytes.data(), &length, sizeof length);
-    return bytes;
-}
-
-QByteArray framed(const QByteArray& body) {
-    return prefix(static_cast<std::uint32_t>(body.size())) + body;
-}
 
 QList<QByteArray> byteByByte(const QByteArray& bytes) {
     QList<QByteArray> pieces;

@@ -1,6 +1,7 @@
 #include "helper/NativeMessageHost.h"
 
 #include "../color/QtPrinters.h"
+#include "FrameBytes.h"
 #include "helper/HelperJson.h"
 
 #include <QJsonDocument>
@@ -17,16 +18,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using helper::NativeMessageFraming;
 using helper::NativeMessageHost;
-
-QByteArray prefix(std::uint32_t length) {
-    QByteArray bytes(4, '\0');
-    std::memcpy(bytes.data(), &length, sizeof length);
-    return bytes;
-}
-
-QByteArray framed(const QByteArray& body) {
-    return prefix(static_cast<std::uint32_t>(body.size())) + body;
-}
 
 // The body of one framed reply, checked against its prefix.
 QJsonObject replyOf(const QByteArray& frame) {

@@ -44,13 +44,7 @@ protected:
 
     // The palettes, the active id (if defined) and a key of another writer.
     void seed(const QList<ColorTemplate>& templates, const QJsonValue& active = {}) {
-        QJsonObject object{{PreferencesKeys::lastModified, 1'700'000'000'000.0},
-                           {PreferencesKeys::schemaVersion, 2},
-                           {PreferencesKeys::templates, TemplateJson::templatesToJson(templates)},
-                           {QStringLiteral("helperState"), true}};
-        if (!active.isUndefined())
-            object.insert(PreferencesKeys::activeTemplateId, active);
-        ASSERT_TRUE(PreferencesFile::write(locations().preferencesFile, object));
+        ASSERT_TRUE(seedPreferences(locations().preferencesFile, templates, active));
     }
     // What the AI tools panel stores when the user picks a palette.
     void chooseBrand(const QString& idText) {

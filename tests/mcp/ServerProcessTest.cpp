@@ -11,23 +11,10 @@ using namespace Qt::StringLiterals;
 using ServerProcess = McpTestHome;
 
 // The built server as an AI tool runs it: a child over pipes, in its own home, with no display.
-struct Outcome {
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-};
+using Outcome = testing::ChildRun;
 
 Outcome run(const QString& home, const QStringList& arguments, const QByteArray& input) {
-    QProcess process;
-    process.setProcessEnvironment(testing::childEnvironment(home));
-    process.start(QStringLiteral(HUESHELF_MCP_BINARY), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    const bool finished = process.waitForFinished(30'000);
-    if (!finished)
-        process.kill();
-    return {finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            process.readAllStandardOutput(), process.readAllStandardError()};
+    return testing::runChild(QStringLiteral(HUESHELF_MCP_BINARY), arguments, home, input);
 }
 
 // One compact answer per line on standard output and nothing else, through the end of input

@@ -1,8 +1,13 @@
 #include "TempHome.h"
 
+#include "model/PreferencesFile.h"
+#include "model/PreferencesKeys.h"
 #include "model/StorageLocations.h"
+#include "model/TemplateJson.h"
 
 #include <QDir>
+#include <QJsonObject>
+#include <QProcess>
 
 namespace hueshelf::testing {
 
@@ -23,6 +28,33 @@ QProcessEnvironment childEnvironment(const QString& home) {
     env.remove(QStringLiteral("WAYLAND_DISPLAY"));
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("no-such-platform"));
     return env;
+}
+
+ChildRun runChild(const QString& program, const QStringList& arguments, const QString& home,
+                  const QByteArray& input) {
+    QProcess process;
+    process.setProcessEnvironment(childEnvironment(home));
+    process.start(program, arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    const bool finished = process.waitForFinished(30'000);
+    if (!finished) {
+        process.kill();
+        process.waitForFinished(5'000);
+    }
+    return {finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+bool seedPreferences(const QString& path, const QList<ColorTemplate>& templates,
+                     const QJsonValue& active) {
+    QJsonObject object{{PreferencesKeys::lastModified, 1'700'000'000'000.0},
+                       {PreferencesKeys::schemaVersion, 2},
+                       {PreferencesKeys::templates, TemplateJson::templatesToJson(templates)},
+                       {QStringLiteral("helperState"), true}};
+    if (!active.isUndefined())
+        object.insert(PreferencesKeys::activeTemplateId, active);
+    return PreferencesFile::write(path, object);
 }
 
 } // namespace hueshelf::testing

@@ -89,9 +89,7 @@ TEST_F(HelperProcess, speaksFramesOverItsPipesAndSavesTheColor) {
 // A frame longer than the limit can't be skipped: one error reply, then the helper stops
 // with status 1 without reading on. A frame cut short by the end of input ends it quietly.
 TEST_F(HelperProcess, stopsOnAnOversizedFrameAndEndsQuietlyMidFrame) {
-    QByteArray huge(4, '\0');
-    const std::uint32_t length = 0x7FFFFFFFu;
-    std::memcpy(huge.data(), &length, sizeof length);
+    const QByteArray huge = prefix(0x7FFFFFFFu);
     const Outcome refused =
         run(home.path(), framed(R"({"type":"hello"})") + huge + framed(R"({"type":"hello"})"));
     EXPECT_EQ(refused.status, 1);

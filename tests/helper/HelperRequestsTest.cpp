@@ -1,6 +1,5 @@
 #include "HelperTestHome.h"
 #include "color/ColorUtils.h"
-#include "helper/NativeMessageHost.h"
 #include "model/StoreTexts.h"
 
 #include <string>
@@ -121,20 +120,6 @@ TEST_F(Requests, addColorToAnotherPaletteKeepsTheActiveOne) {
     EXPECT_EQ(storedPalette(ocean.id)->colors.size(), 2);
 }
 
-// Every form the command line and the MCP server read is read here too.
-TEST_F(Requests, addColorReadsTheProgramsColorForms) {
-    const QList<std::pair<QString, QString>> forms{{u"#abcdef"_s, u"#ABCDEF"_s},
-                                                   {u"ABCDEF"_s, u"#ABCDEF"_s},
-                                                   {u"#FFF"_s, u"#FFFFFF"_s},
-                                                   {u"rgb(10, 20, 30)"_s, u"#0A141E"_s},
-                                                   {u"hsl(0, 100%, 50%)"_s, u"#FF0000"_s}};
-    for (const auto& [given, expected] : forms) {
-        const QJsonObject reply = ask(QJsonObject{{u"type"_s, u"addColor"_s}, {u"hex"_s, given}});
-        EXPECT_EQ(reply[u"color"_s][u"hex"_s], expected) << given.toStdString();
-    }
-    EXPECT_EQ(storedPalette(ocean.id)->colors.size(), 2 + forms.size());
-}
-
 struct Refusal {
     std::string name;
     QByteArray request; // %LOCKED% and %UNKNOWN% stand for ids
@@ -179,40 +164,6 @@ INSTANTIATE_TEST_SUITE_P(
                 u"\"paletteId\" must be a palette's id, 36 characters such as "
                 u"\"3F2504E0-4F89-41D3-9A0C-0305E82C3301\"."_s}),
     [](const ::testing::TestParamInfo<Refusal>& testCase) { return testCase.param.name; });
-
-// The store sets no limit on colours (palette links and files have theirs): a palette past
-// either border's count still takes one more.
-TEST_F(Requests, addColorKnowsNoColorLimit) {
-    QList<ColorItem> many;
-    for (int i = 0; i < 201; ++i)
-        many.append(makeColor(u"C"_s + QString::number(i), u"#101010"_s));
-    const ColorTemplate large = makePalette(u"Large"_s, many);
-    seed({large}, uuidText(large.id));
-    EXPECT_EQ(ask(R"({"type":"addColor","hex":"#202020"})")[u"type"_s], u"added"_s);
-    EXPECT_EQ(stored().at(0).colors.size(), 202);
-}
-
-// The store has no size limit, the browser has: a list that would go over 1 MiB is answered
-// with an error under the request's id, not cut short and not sent whole.
-TEST_F(Requests, aPaletteListOverTheBrowsersLimitIsAnError) {
-    QList<ColorItem> many;
-    for (int i = 0; i < 13'000; ++i)
-        many.append(makeColor(u"Color "_s + QString::number(i), u"#101010"_s));
-    const ColorTemplate large = makePalette(u"Large"_s, many);
-    seed({large}, uuidText(large.id));
-    const helper::NativeMessageHost host(
-        [this](const QJsonObject& request) { return ask(request); });
-    const QByteArray reply = host.answer(R"({"type":"palettes","id":5})");
-    ASSERT_LE(reply.size(), 4 + helper::NativeMessageFraming::maxOutgoingLength);
-    const QJsonObject error = QJsonDocument::fromJson(reply.mid(4)).object();
-    EXPECT_EQ(error[u"type"_s], u"error"_s);
-    EXPECT_EQ(error[u"id"_s], 5);
-    EXPECT_TRUE(error[u"message"_s].toString().contains(u"1 MiB"_s));
-    // A request whose reply is small still goes through over the same file.
-    EXPECT_EQ(QJsonDocument::fromJson(host.answer(R"({"type":"addColor","hex":"#fff"})").mid(4))
-                  .object()[u"type"_s],
-              u"added"_s);
-}
 
 // A name in use gets the store's number; named colours keep their names, the others are named
 // by their code and made unique; the new palette becomes the active one, as the MCP server's

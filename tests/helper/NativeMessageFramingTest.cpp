@@ -124,14 +124,5 @@ TEST(FramingLimits, aFrameOfTheLimitIsRead) {
     EXPECT_FALSE(framing.isMidFrame());
 }
 
-// Replies go out with the same prefix the browser reads; their limit is 1 MiB of JSON.
-TEST(FramingLimits, repliesAreFramedAndMeasured) {
-    const QByteArray out = NativeMessageFraming::frame(kHello);
-    EXPECT_EQ(out, framed(kHello));
-    EXPECT_EQ(NativeMessageFraming::frame({}), prefix(0));
-    EXPECT_TRUE(NativeMessageFraming::fitsOutgoing(1'048'576));
-    EXPECT_FALSE(NativeMessageFraming::fitsOutgoing(1'048'577));
-}
-
 } // namespace
 } // namespace hueshelf::testing

@@ -26,18 +26,8 @@ namespace hueshelf::app {
 namespace {
 
 using namespace Qt::StringLiterals;
+using testing::click;
 using testing::palette;
-
-void mouse(QWidget* widget, QEvent::Type type, QPoint at, Qt::MouseButtons buttons) {
-    QMouseEvent event(type, QPointF(at), QPointF(widget->mapToGlobal(at)), Qt::LeftButton, buttons,
-                      Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-}
-
-void click(QWidget* widget) {
-    mouse(widget, QEvent::MouseButtonPress, widget->rect().center(), Qt::LeftButton);
-    mouse(widget, QEvent::MouseButtonRelease, widget->rect().center(), Qt::NoButton);
-}
 
 class Shell : public ::testing::Test {
 protected:
@@ -92,6 +82,7 @@ TEST_F(Shell, BarModelDrawsAndCopiesTheActivePalette) {
     EXPECT_EQ(actions.copyColor(other.colors[0].id, std::nullopt), std::nullopt);
     EXPECT_TRUE(bar.platform.clipboardHistory().isEmpty());
     const std::pair<QByteArray, QString> cases[] = {
+        {"[General]\ndefaultCopyFormat=nonsense\n", u"#3B8077"_s}, // an unknown format: HEX
         {"[General]\ndefaultCopyFormat=\"tailwind\"\n", u"bg-[#3B8077]"_s},
         {"[General]\ndefaultCopyFormat=hex\n", u"#3B8077"_s},
         {"[General]\ndefaultCopyFormat=rgb\n", u"rgb(59, 128, 119)"_s}, // same size as "hex"
@@ -122,8 +113,7 @@ TEST_F(Shell, TheBarFloatsCopiesAndCarriesTheMenu) {
                                                Qt::WindowDoesNotAcceptFocus));
     ASSERT_EQ(window.swatchWidgets().size(), 3);
     QWidget* first = window.swatchWidgets()[0];
-    mouse(first, QEvent::MouseButtonPress, first->rect().center(), Qt::LeftButton);
-    mouse(first, QEvent::MouseButtonRelease, first->rect().center(), Qt::NoButton);
+    click(first);
     EXPECT_EQ(platform->clipboardText(), u"#FFA69E"_s);
 
     app->storage().renameActiveTemplate(u"Salt & Pepper, an extraordinarily long palette name"_s);

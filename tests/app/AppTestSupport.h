@@ -6,6 +6,8 @@
 #include "model/TemplateWriter.h"
 
 #include <QApplication>
+#include <QMouseEvent>
+#include <QWidget>
 
 #include <memory>
 #include <vector>
@@ -81,6 +83,20 @@ inline void ensureApplication() {
     static char name[] = "hueshelf_app_tests";
     static char* argv[] = {name, nullptr};
     new QApplication(argc, argv);
+}
+
+// A left-button mouse event at a point of the screen, delivered straight to the widget.
+inline void mouseAt(QWidget* widget, QEvent::Type type, QPoint global, Qt::MouseButtons buttons) {
+    QMouseEvent event(type, widget->mapFromGlobal(QPointF(global)), QPointF(global), Qt::LeftButton,
+                      buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &event);
+}
+
+// A press and release of the left button in the widget's middle.
+inline void click(QWidget* widget) {
+    const QPoint at = widget->mapToGlobal(widget->rect().center());
+    mouseAt(widget, QEvent::MouseButtonPress, at, Qt::LeftButton);
+    mouseAt(widget, QEvent::MouseButtonRelease, at, Qt::NoButton);
 }
 
 } // namespace hueshelf::testing

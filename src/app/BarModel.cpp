@@ -184,11 +184,16 @@ void BarModel::syncNow() {
 QList<BarModel::LensRow> BarModel::lensRows() const {
     QList<LensRow> rows;
     for (const auto type : ColorVisionSimulation::allSimulationTypes()) {
-        rows.append(LensRow{type, ColorVisionSimulation::lensLabel(type),
-                            ColorVisionSimulation::technicalName(type).value_or(QString()),
-                            type == m_lens});
+        QString label = ColorVisionSimulation::lensLabel(type);
+        if (const std::optional<QString> technical = ColorVisionSimulation::technicalName(type))
+            label += u"  ("_s + *technical + u')';
+        rows.append(LensRow{type, label, type == m_lens});
     }
     return rows;
+}
+
+QString BarModel::lensSymbol() const {
+    return m_lens == ColorVisionSimulation::SimulationType::normal ? u"eye"_s : u"eye.fill"_s;
 }
 
 void BarModel::share(const std::optional<QRect>& anchor) {

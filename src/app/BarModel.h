@@ -86,14 +86,15 @@ public:
     SyncStatusCard syncCard() const;
     void syncNow();
 
-    // One row of the lens menu: "Off" or a vision type, with its technical name.
+    // One row of the lens menu: "Off", or a vision type followed by its technical name.
     struct LensRow {
         ColorVisionSimulation::SimulationType type;
-        QString title;
-        QString technicalName;
+        QString label;
         bool isCurrent = false;
     };
     QList<LensRow> lensRows() const;
+    // The lens button's symbol: the eye filled while a lens is in force.
+    QString lensSymbol() const;
 
     // The palette as a link on the clipboard, and the outcome said next to `anchor`.
     void share(const std::optional<QRect>& anchor);

@@ -162,10 +162,7 @@ FloatingHueShelfView::FloatingHueShelfView(BarModel& model, QWidget* parent)
         m_overflow, &OverflowPopover::hoveredGroupChanged, this,
         [this](const std::optional<QSet<QUuid>>& ids) { m_model.hover().setHoveredGroup(ids); });
     connect(m_overflow, &OverflowPopover::dismissed, this, [this](const QPoint& global) {
-        // A press on the button is the button's own toggle.
-        if (globalFrame(m_overflowButton).contains(global))
-            return;
-        m_model.hover().setShowingOverflow(false);
+        m_model.hover().pressedOutsideList(globalFrame(m_overflowButton).contains(global));
     });
 
     connect(&m_model, &BarModel::changed, this, &FloatingHueShelfView::rebuild);
@@ -305,8 +302,7 @@ void FloatingHueShelfView::updateTools() {
                                                            static_cast<float>(icon.color.blue)));
     m_checkButton->setLabel(m_model.checkLabel());
 
-    const bool lensOn = m_model.lens() != ColorVisionSimulation::SimulationType::normal;
-    m_lensButton->setSymbol(lensOn ? u"eye.fill"_s : u"eye"_s);
+    m_lensButton->setSymbol(m_model.lensSymbol());
     m_lensButton->setLabel(m_model.lensTooltip());
     m_lensButton->setAccessibleDescription(
         ColorVisionSimulation::lensAccessibleValue(m_model.lens()));
@@ -353,10 +349,7 @@ void FloatingHueShelfView::openLensMenu() {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addSection(ColorVisionSimulation::lensMenuTitle());
     for (const BarModel::LensRow& row : m_model.lensRows()) {
-        QString title = row.title;
-        if (!row.technicalName.isEmpty())
-            title += u"  ("_s + row.technicalName + u')';
-        QAction* action = menu->addAction(title);
+        QAction* action = menu->addAction(row.label);
         action->setCheckable(true);
         action->setChecked(row.isCurrent);
         connect(action, &QAction::triggered, this,

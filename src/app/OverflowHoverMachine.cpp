@@ -89,6 +89,11 @@ void OverflowHoverMachine::overflowButtonClicked() {
     setShowingOverflow(!m_showingOverflow);
 }
 
+void OverflowHoverMachine::pressedOutsideList(bool onOverflowButton) {
+    if (!onOverflowButton)
+        setShowingOverflow(false);
+}
+
 void OverflowHoverMachine::setShowingOverflow(bool showing) {
     if (showing == m_showingOverflow)
         return;

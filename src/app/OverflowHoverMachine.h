@@ -50,6 +50,9 @@ public:
     void overflowButtonClicked();
     // The list's own dismissal (a click outside, Escape), or any other change of it.
     void setShowingOverflow(bool showing);
+    // A press outside the open list dismisses it, except one on the overflow button: that press
+    // is the button's own toggle, which would otherwise close the list and open it again.
+    void pressedOutsideList(bool onOverflowButton);
     // A colour waits for its editor; one beyond the bar opens the list and keeps it open so the
     // editor has a swatch to point at.
     void colorAwaitingEdit(const QUuid& colorId);

@@ -112,8 +112,10 @@ TEST_F(HoverMachine, TheButtonPinsAndTogglesAndDismissalUnpins) {
     EXPECT_FALSE(machine.overflowPinned()); // closed by the button, unpinned like any close
 
     machine.overflowButtonClicked();
+    machine.pressedOutsideList(true); // the button's own press: its click toggles instead
+    EXPECT_TRUE(machine.showingOverflow());
     machine.setHoveredGroup(ids(u"f g"_s));
-    machine.setShowingOverflow(false); // dismissed by a click outside
+    machine.pressedOutsideList(false); // dismissed by a click outside
     EXPECT_FALSE(machine.overflowPinned());
     EXPECT_EQ(machine.hoveredGroupIDs(), std::nullopt);
     // The peek works again once unpinned.
